@@ -1,0 +1,86 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "core/method/colour_declaration.h"
+
+namespace zorvel {
+
+inline constexpr int kMaxColours = 30;
+
+// The synchronous scan of a method.
+struct SynchScanSettings {
+  float ExSl = 0;
+  float EmSl = 0;
+  float LowerLimit = 0;
+  float UpperLimit = 0;
+  float MonochromatorOffset = 0;
+  float ScanDataInterval = 0;
+
+  friend bool operator==(const SynchScanSettings&, const SynchScanSettings&) = default;
+};
+
+// Sampling with the autosampler arm and the dilutor pump.
+struct AutosamplerSettings {
+  std::int16_t SampleVolume = 0;
+  std::int16_t AirVolume = 0;
+  std::int16_t BackFlowVolume = 0;
+  std::int16_t FillSpeed = 0;
+  std::int16_t DispenseSpeed = 0;
+  std::int16_t FillSpeedFlush = 0;
+  std::int16_t DispenseSpeedFlush = 0;
+  std::int16_t FlushTime = 0;
+  std::int16_t AirDryTime = 0;
+  std::int16_t SyringeVolume = 0;
+  std::int16_t StartingTube = 0;
+  std::int16_t EndingTube = 0;
+  std::int16_t StandardTube = 0;
+  std::int16_t StandardFreq = 0;
+  std::int16_t BlankTube = 0;
+  std::int16_t BlankFreq = 0;
+  std::int16_t RinseHeight = 0;
+  std::int16_t StandardHeight = 0;
+  std::int16_t TubeHeight = 0;
+  std::int16_t BackFillHeight = 0;
+  std::int16_t StandardBFHeight = 0;
+  std::int16_t PumpDirection = 0;
+  std::int16_t Resolution = 1;         // 1 "Standard", 2 "Fine"
+  std::int16_t SampleDisposition = 1;  // 1 "Throw Away", 2 "Save"
+  bool HasStandard = false;
+  bool HasBlank = false;
+  std::string TrayDescriptorFile;
+
+  friend bool operator==(const AutosamplerSettings&, const AutosamplerSettings&) = default;
+};
+
+// The current method: every setting of an analysis, named by the method file's keys.
+struct MethodSettings {
+  bool Fixed = false;
+  bool Synch = false;
+  bool Spillover = false;
+  std::int16_t NoColors = 0;  // "No.Colors"
+  std::int16_t NoPures = 0;   // "No.Pures"
+  float ReadTime = 0;
+  float ReadTimePures = 0;
+  float ScanSpeed = 0;
+  std::int16_t FilterSetting = 0;  // 1 290 nm .. 5 530 nm, 7 None, 8 1% transmittance
+  float PMTVoltage = 0;
+  std::int16_t DeliveryMethod = 1;  // 1 cuvette, 2 autosampler
+  bool PrintResults = false;
+  float AmtSolvent = 0;
+  std::int16_t Repetitions = 0;
+  std::int16_t FileType = 1;  // 1 DOS/Windows (CR LF), 2 Macintosh (CR)
+  std::string Operator;
+  std::string StudyId;
+
+  // Rows 1..30; index 0 is unused so that row numbers read as they do everywhere else.
+  std::array<ColourDeclaration, kMaxColours + 1> FixedPairs{};
+  SynchScanSettings SynchScan;
+  AutosamplerSettings Autosampler;
+
+  friend bool operator==(const MethodSettings&, const MethodSettings&) = default;
+};
+
+}  // namespace zorvel

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <deque>
+#include <map>
+#include <string>
+
+namespace zorvel::sim {
+
+inline constexpr int kDyeCount = 14;
+
+// What a cuvette, a tube, the syringe or the flow cell holds: amounts of the 14 dye colours in
+// a solvent (water unless stated), in arbitrary concentration units.
+struct Sample {
+  std::array<double, kDyeCount> dyes{};
+  bool water = true;
+  std::string label;  // for traces and test messages: "pure 3", "control", ...
+};
+
+// The one bench the three simulated instruments share, so that a tray run reads what the pump
+// drew from the tube the arm stood over. Times are the simulators' own business; this is state.
+struct Bench {
+  // Cuvette runs: cuvettes waiting to be put in the holder, and the one in it.
+  std::deque<Sample> cuvetteQueue;
+  Sample cuvette;
+  bool cuvetteInHolder = true;
+
+  // Autosampler runs: what each tube holds (position 0 is the rinse station).
+  std::map<int, Sample> tubes;
+  int armTube = 0;
+  float armHeightMm = 0;
+  // What the syringe holds and the flow cell in the light path.
+  Sample syringe;
+  double syringeVolumeUl = 0;
+  Sample flowCell;
+  bool flowCellFilled = false;
+  // True when readings come from the flow cell (autosampler) rather than the cuvette holder.
+  bool readFromFlowCell = false;
+
+  // The sample the fluorimeter sees now.
+  const Sample& inLightPath() const { return readFromFlowCell ? flowCell : cuvette; }
+  // Takes the next cuvette from the queue into the holder (the operator's "insert cuvette").
+  void insertNextCuvette() {
+    if (cuvetteQueue.empty()) return;
+    cuvette = cuvetteQueue.front();
+    cuvetteQueue.pop_front();
+  }
+};
+
+}  // namespace zorvel::sim
