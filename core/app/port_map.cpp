@@ -1,0 +1,122 @@
+#include "core/app/port_map.h"
+
+#include <cctype>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+#include "core/text/number_format.h"
+
+namespace zorvel {
+
+namespace {
+
+constexpr int kHighestComPort = 4;
+
+std::string_view trimBlanks(std::string_view text) {
+  while (!text.empty() && std::isspace(static_cast<unsigned char>(text.front()))) {
+    text.remove_prefix(1);
+  }
+  while (!text.empty() && std::isspace(static_cast<unsigned char>(text.back()))) {
+    text.remove_suffix(1);
+  }
+  return text;
+}
+
+bool startsWithCom(std::string_view text) {
+  if (text.size() < 3) return false;
+  for (std::size_t i = 0; i < 3; ++i) {
+    if (std::toupper(static_cast<unsigned char>(text[i])) != "COM"[i]) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::string DefaultDevice(int comPort) {
+  return "/dev/ttyS" + text::plain(comPort - 1);
+}
+
+std::string PortMap::deviceFor(int comPort) const {
+  const auto found = devices.find(comPort);
+  return found != devices.end() ? found->second : DefaultDevice(comPort);
+}
+
+std::optional<PortAssignment> ParsePortAssignment(std::string_view text) {
+  text = trimBlanks(text);
+  if (!startsWithCom(text)) return std::nullopt;
+  text.remove_prefix(3);
+  const std::size_t equals = text.find('=');
+  if (equals == std::string_view::npos) return std::nullopt;
+  std::string_view number = text.substr(0, equals);
+  if (!number.empty() && number.back() == '?') number.remove_suffix(1);
+  if (number.size() != 1 || number[0] < '1' || number[0] > '0' + kHighestComPort) {
+    return std::nullopt;
+  }
+  const std::string_view device = trimBlanks(text.substr(equals + 1));
+  if (device.empty()) return std::nullopt;
+  return PortAssignment{number[0] - '0', std::string(device)};
+}
+
+std::vector<PortAssignment> ParsePortsFile(std::string_view text) {
+  std::vector<PortAssignment> out;
+  while (!text.empty()) {
+    const std::size_t end = text.find('\n');
+    const std::string_view line = text.substr(0, end);
+    if (auto assignment = ParsePortAssignment(line)) out.push_back(*assignment);
+    if (end == std::string_view::npos) break;
+    text.remove_prefix(end + 1);
+  }
+  return out;
+}
+
+std::string FormatPortsFile(const std::vector<PortAssignment>& assignments) {
+  std::string out;
+  for (const PortAssignment& a : assignments) {
+    out += "COM" + text::plain(a.comPort) + "?=" + a.device + "\r\n";
+  }
+  return out;
+}
+
+PortMap BuildPortMap(const std::vector<std::string>& commandLine, std::string_view portsFileText,
+                     std::vector<std::string>* rejected) {
+  PortMap map;
+  for (const PortAssignment& a : ParsePortsFile(portsFileText)) map.devices[a.comPort] = a.device;
+  for (const std::string& entry : commandLine) {
+    if (auto a = ParsePortAssignment(entry)) {
+      map.devices[a->comPort] = a->device;
+    } else if (rejected != nullptr) {
+      rejected->push_back(entry);
+    }
+  }
+  return map;
+}
+
+std::string PortsFilePathBeside(const std::string& preferencesPath) {
+  const std::size_t slash = preferencesPath.rfind('/');
+  const std::string directory =
+      slash == std::string::npos ? std::string() : preferencesPath.substr(0, slash + 1);
+  return directory + std::string(kPortsFileName);
+}
+
+PortMap LoadPortMap(const std::vector<std::string>& commandLine, const std::string& preferencesPath,
+                    std::vector<std::string>* rejected) {
+  std::ifstream in(PortsFilePathBeside(preferencesPath), std::ios::binary);
+  std::ostringstream text;
+  if (in) text << in.rdbuf();
+  return BuildPortMap(commandLine, text.str(), rejected);
+}
+
+bool WritePortsFile(const std::string& path, const std::vector<PortAssignment>& assignments) {
+  const std::string temporary = path + ".new";
+  {
+    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
+    const std::string bytes = FormatPortsFile(assignments);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    out.flush();
+    if (!out) return false;
+  }
+  return std::rename(temporary.c_str(), path.c_str()) == 0;
+}
+
+}  // namespace zorvel

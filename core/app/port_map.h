@@ -1,0 +1,62 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zorvel {
+
+// The device name that puts an instrument on the built-in simulator instead of a real port.
+inline constexpr std::string_view kSimulatorDevice = "sim";
+// The ports file's name; it lies beside the preferences file.
+inline constexpr std::string_view kPortsFileName = "ZORVEL.PORTS";
+
+// One "COMn=DEVICE" assignment.
+struct PortAssignment {
+  int comPort = 0;
+  std::string device;
+
+  friend bool operator==(const PortAssignment&, const PortAssignment&) = default;
+};
+
+// Which device each COM number of the settings files stands for. Numbers without an
+// assignment fall back to the machine's own serial ports: COM1 is /dev/ttyS0, COM2 /dev/ttyS1...
+struct PortMap {
+  std::map<int, std::string> devices;
+
+  std::string deviceFor(int comPort) const;
+  bool isSimulated(int comPort) const { return deviceFor(comPort) == kSimulatorDevice; }
+};
+
+// The machine's serial port behind a COM number when nothing else is said.
+std::string DefaultDevice(int comPort);
+
+// Reads "COM3=/dev/ttyUSB0" from the command line, or "COM3?=/dev/ttyUSB0" from the ports file
+// (either form is accepted in both places; "com3" is the same port). COM numbers run 1..4.
+// Nothing when the text is not such an assignment.
+std::optional<PortAssignment> ParsePortAssignment(std::string_view text);
+
+// The assignments of a ports file's text, lines ended by CR LF or LF; bad lines are skipped.
+std::vector<PortAssignment> ParsePortsFile(std::string_view text);
+
+// The ports file's text for the given assignments: "COM1?=/dev/pts/7" lines ended by CR LF.
+std::string FormatPortsFile(const std::vector<PortAssignment>& assignments);
+
+// Builds the map: command-line entries win, then the ports file's lines, then the defaults.
+// Command-line entries that are not assignments are returned in `rejected` for a message.
+PortMap BuildPortMap(const std::vector<std::string>& commandLine, std::string_view portsFileText,
+                     std::vector<std::string>* rejected = nullptr);
+
+// The ports file beside the preferences file at preferencesPath.
+std::string PortsFilePathBeside(const std::string& preferencesPath);
+
+// Reads the ports file beside the preferences (a missing file means no lines) and builds the map.
+PortMap LoadPortMap(const std::vector<std::string>& commandLine, const std::string& preferencesPath,
+                    std::vector<std::string>* rejected = nullptr);
+
+// Writes the ports file whole, through a temporary file renamed over the old one.
+bool WritePortsFile(const std::string& path, const std::vector<PortAssignment>& assignments);
+
+}  // namespace zorvel

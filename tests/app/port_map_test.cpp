@@ -1,0 +1,62 @@
+#include "core/app/port_map.h"
+
+#include <gtest/gtest.h>
+
+#include "support/bytes.h"
+
+namespace zorvel {
+namespace {
+
+TEST(PortAssignment, ReadsBothFormsAndRejectsTheRest) {
+  EXPECT_EQ(ParsePortAssignment("COM3=/dev/ttyUSB0"), (PortAssignment{3, "/dev/ttyUSB0"}));
+  EXPECT_EQ(ParsePortAssignment("COM1?=/dev/pts/7"), (PortAssignment{1, "/dev/pts/7"}));
+  EXPECT_EQ(ParsePortAssignment(" com2=sim \r"), (PortAssignment{2, "sim"}));
+  for (const char* bad : {"", "COM=x", "COM0=x", "COM5=x", "COM12=x",
+                          "COM1=", "COM1?=  ", "COM1 /dev/ttyS0", "PORT1=x",
+                          "COM1?"
+                          "?=x",
+                          "COMx=y"}) {
+    EXPECT_FALSE(ParsePortAssignment(bad).has_value()) << bad;
+  }
+}
+
+TEST(PortsFile, SkipsBadLinesAndAcceptsEitherLineEnd) {
+  const auto lines = ParsePortsFile("COM1?=/dev/ttyUSB0\r\njunk\r\n\nCOM9?=x\nCOM3?=sim");
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[0], (PortAssignment{1, "/dev/ttyUSB0"}));
+  EXPECT_EQ(lines[1], (PortAssignment{3, "sim"}));
+}
+
+TEST(PortsFile, WrittenFileReadsBackAndEndsLinesWithCrLf) {
+  const std::vector<PortAssignment> written{{1, "/dev/pts/7"}, {3, "/dev/pts/9"}};
+  EXPECT_SAME_BYTES("COM1?=/dev/pts/7\r\nCOM3?=/dev/pts/9\r\n", FormatPortsFile(written));
+  const std::string dir = testing::makeTempDir("portmap");
+  ASSERT_TRUE(WritePortsFile(dir + "ZORVEL.PORTS", written));
+  EXPECT_EQ(ParsePortsFile(testing::readFile(dir + "ZORVEL.PORTS")), written);
+}
+
+TEST(PortMapBuild, CommandLineWinsOverFileWhichWinsOverDefaults) {
+  std::vector<std::string> rejected;
+  const PortMap map = BuildPortMap({"COM2=sim", "--nonsense", "COM1=/dev/ttyACM0"},
+                                   "COM1?=/dev/ttyUSB0\r\nCOM3?=/dev/ttyUSB1\r\n", &rejected);
+  EXPECT_EQ(map.deviceFor(1), "/dev/ttyACM0");
+  EXPECT_EQ(map.deviceFor(2), "sim");
+  EXPECT_TRUE(map.isSimulated(2));
+  EXPECT_EQ(map.deviceFor(3), "/dev/ttyUSB1");
+  EXPECT_EQ(map.deviceFor(4), "/dev/ttyS3");
+  EXPECT_FALSE(map.isSimulated(4));
+  EXPECT_EQ(rejected, std::vector<std::string>{"--nonsense"});
+}
+
+TEST(PortMapBuild, LoadsTheFileBesideThePreferencesAndToleratesItsAbsence) {
+  const std::string dir = testing::makeTempDir("portmap");
+  EXPECT_EQ(PortsFilePathBeside(dir + "ZORVEL.PRF"), dir + "ZORVEL.PORTS");
+  EXPECT_EQ(PortsFilePathBeside("ZORVEL.PRF"), "ZORVEL.PORTS");
+  EXPECT_EQ(LoadPortMap({}, dir + "ZORVEL.PRF").deviceFor(1), "/dev/ttyS0");
+  testing::writeFile(dir + "ZORVEL.PORTS", "COM1?=sim\n");
+  EXPECT_TRUE(LoadPortMap({}, dir + "ZORVEL.PRF").isSimulated(1));
+  EXPECT_EQ(LoadPortMap({"COM1=/dev/ttyS7"}, dir + "ZORVEL.PRF").deviceFor(1), "/dev/ttyS7");
+}
+
+}  // namespace
+}  // namespace zorvel
