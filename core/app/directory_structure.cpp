@@ -1,0 +1,83 @@
+#include "core/app/directory_structure.h"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <system_error>
+
+#include "core/app/file_helpers.h"
+
+namespace zorvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string upper(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  return text;
+}
+
+// The name of an existing subdirectory whose upper-cased name matches, or empty.
+std::string existingSubdirectory(const std::string& base, const std::string& upperName) {
+  std::error_code ec;
+  for (fs::directory_iterator it(base.empty() ? "." : base, ec), end; !ec && it != end;
+       it.increment(ec)) {
+    std::error_code typeError;
+    if (!it->is_directory(typeError)) continue;
+    const std::string name = it->path().filename().string();
+    if (upper(name) == upperName) return name;
+  }
+  return {};
+}
+
+bool makeDirectory(const std::string& path, Operator& op) {
+  std::error_code ec;
+  fs::create_directories(path, ec);
+  if (!ec) return true;
+  op.message("The folder " + path + " could not be created: " + ec.message() + ".", "ZORVEL ERROR",
+             BoxIcon::Exclamation);
+  return false;
+}
+
+}  // namespace
+
+std::string SubdirectoryPath(const std::string& base, const std::string& upperName) {
+  const std::string found = existingSubdirectory(base, upperName);
+  return JoinPath(base, found.empty() ? upperName : found);
+}
+
+bool CheckDirectoryStructure(AppState& state, Operator& op) {
+  state.BaseDirectoryPath = state.StartDirectory;
+  const bool hasData = !existingSubdirectory(state.BaseDirectoryPath, "DATA").empty();
+  const bool hasMethods = !existingSubdirectory(state.BaseDirectoryPath, "METHODS").empty();
+  state.DataDirectory = SubdirectoryPath(state.BaseDirectoryPath, "DATA");
+  state.MethodsDirectory = SubdirectoryPath(state.BaseDirectoryPath, "METHODS");
+  if (hasData && hasMethods) return true;
+
+  std::string question;
+  if (!hasData && !hasMethods) {
+    question = "The DATA and METHODS subdirectories are missing.  Create them?";
+  } else if (!hasData) {
+    question = "The DATA subdirectory is missing.  Create it?";
+  } else {
+    question = "The METHODS subdirectory is missing.  Create it?";
+  }
+  const int answer =
+      op.message("Base address: " + state.BaseDirectoryPath + "\r" + question,
+                 "Directory Structure Construction", BoxIcon::Exclamation, BoxButtons::YesNo);
+  if (answer == answer::kNo) return false;
+  return EnsureDataAndMethods(state, op);
+}
+
+bool EnsureDataAndMethods(AppState& state, Operator& op) {
+  state.DataDirectory = SubdirectoryPath(state.BaseDirectoryPath, "DATA");
+  state.MethodsDirectory = SubdirectoryPath(state.BaseDirectoryPath, "METHODS");
+  const bool data = fs::is_directory(state.DataDirectory) || makeDirectory(state.DataDirectory, op);
+  const bool methods =
+      fs::is_directory(state.MethodsDirectory) || makeDirectory(state.MethodsDirectory, op);
+  return data && methods;
+}
+
+}  // namespace zorvel

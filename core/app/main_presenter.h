@@ -1,0 +1,55 @@
+#pragma once
+
+#include <functional>
+#include <set>
+#include <string>
+
+#include "core/app/app_state.h"
+#include "core/app/main_view.h"
+#include "core/platform/clock.h"
+#include "core/platform/operator.h"
+#include "core/platform/printer.h"
+
+namespace zorvel {
+
+// The rules of the main window: start-up, first activation, the menu states of its no-method
+// state, the setup window, cancelling a method, and the ways the program ends.
+class MainPresenter {
+ public:
+  MainPresenter(AppState& state, Operator& op, Clock& clock, Printer& printer, MainView& view);
+
+  // Menu items whose windows exist in this build; the others stay disabled, never faked.
+  void setAvailable(MainMenu item, bool available);
+  bool available(MainMenu item) const { return available_.count(item) != 0; }
+  // Closes the arm and pump ports when the program ends (the autosampler window owns them).
+  void setInstrumentPortCloser(std::function<void()> closer) { closePorts_ = std::move(closer); }
+
+  // Runs the start-up; false when the program is to end.
+  bool startUp(const std::string& currentDirectory);
+  // Every activation of the main window; the first one shows the disclaimer.
+  void activated();
+
+  void setupFluorimeter();
+  void cancelMethod();
+  // "E&xit": logs "Stop Program", ends the print job, closes the ports and the windows.
+  void stopProgram();
+  // The main window's close box: the same without the log entry.
+  void closeBox();
+
+  // The state with no method loaded: labels "None open.", menus enabled, controls reset.
+  void showNoMethodState();
+
+ private:
+  void enable(MainMenu item, bool enabled);
+  void endWork();
+
+  AppState& state_;
+  Operator& op_;
+  Clock& clock_;
+  Printer& printer_;
+  MainView& view_;
+  std::set<MainMenu> available_;
+  std::function<void()> closePorts_;
+};
+
+}  // namespace zorvel

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <string>
+
+namespace zorvel {
+
+struct AppState;
+
+// Menu commands of the main window.
+enum class MainMenu {
+  NewMethodFile,
+  EditMethodFile,
+  AppendDataFile,
+  Exit,
+  RunWatercell,
+  IntensityCheck,
+  SetupFluorimeter,
+  ShowExistingControls,
+  QXMods,
+  About,
+};
+
+// What the main window shows; the Qt window implements it, tests record it.
+class MainView {
+ public:
+  virtual ~MainView() = default;
+
+  virtual void setMethodFileLabel(const std::string& text) = 0;
+  virtual void setDataFileLabel(const std::string& text) = 0;
+  // The tray-file label and its caption "Autosampler Geometry File:".
+  virtual void setTrayFile(const std::string& path, bool visible) = 0;
+  virtual void setMenuEnabled(MainMenu item, bool enabled) = 0;
+  virtual void setCurrentFilesVisible(bool visible) = 0;
+  // Enables or disables every method control (the method editor's frames, boxes and buttons).
+  virtual void setMethodControlsEnabled(bool enabled) = 0;
+  // Shows the settings of the method now in AppState.
+  virtual void showMethodSettings(const AppState& state) = 0;
+  // The disclaimer, modal and centred on the screen.
+  virtual void showDisclaimer() = 0;
+  // Opens the setup window modally; false when it ended the program (its "Exit" on first run).
+  virtual bool runSetupWindow() = 0;
+  // Unloads every window of the program.
+  virtual void closeAllWindows() = 0;
+};
+
+}  // namespace zorvel

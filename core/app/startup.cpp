@@ -1,0 +1,68 @@
+#include "core/app/startup.h"
+
+#include <fstream>
+
+#include "core/app/directory_structure.h"
+#include "core/app/file_helpers.h"
+#include "core/app/preferences_file.h"
+
+namespace zorvel {
+
+std::string WithTrailingSlash(const std::string& directory) {
+  if (!directory.empty() && directory.back() == '/') return directory;
+  return directory + "/";
+}
+
+bool EnsureProgramLog(const AppState& state) {
+  if (FileExists(state.LogPath)) return true;
+  std::ofstream log(state.LogPath, std::ios::binary | std::ios::app);
+  log << "ZORVEL Log File\r\n";
+  return static_cast<bool>(log);
+}
+
+namespace {
+
+// The preferences: read them, or when missing say so and let the operator fill the setup
+// window. False when the program is to end.
+bool LoadOrAskPreferences(AppState& state, Operator& op, MainView& view) {
+  state.PreferencesPath = state.StartDirectory + "ZORVEL.PRF";
+  if (!FileExists(state.PreferencesPath)) {
+    op.message("An LS50(B) preferences file was not found.  Please complete form.",
+               "ZORVEL NOTIFICATION", BoxIcon::Exclamation);
+    return view.runSetupWindow();
+  }
+  return ReadPreferences(state, op);
+}
+
+}  // namespace
+
+bool StartUp(AppState& state, const std::string& currentDirectory, Operator& op, Clock& clock,
+             MainView& view) {
+  state.FirstActivation = true;
+  state.StartDirectory = WithTrailingSlash(currentDirectory);
+  state.PreferencesPath = state.StartDirectory;
+  state.LogPath = state.StartDirectory;
+  FillModelNames(state);
+  if (!CheckDirectoryStructure(state, op)) {
+    op.endProgram(0);
+    return false;
+  }
+  if (!LoadOrAskPreferences(state, op, view)) return false;
+
+  state.LogPath = state.StartDirectory + "ZORVEL.LOG";
+  if (!EnsureProgramLog(state)) {
+    op.message("The program log " + state.LogPath + " cannot be written.", "ZORVEL ERROR",
+               BoxIcon::Exclamation);
+  }
+  view.setMethodFileLabel("None open.");
+  view.setDataFileLabel("None open");
+  view.setTrayFile(state.Prefs.TrayGeometryFile, state.Prefs.AutoSampler);
+
+  state.Flags = RunFlags{};
+  state.DatabaseHeaderLines = 3;
+  FillColourTables(state);
+  WriteLogEntry(state, clock, "Boot up");
+  return true;
+}
+
+}  // namespace zorvel

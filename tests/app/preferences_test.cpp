@@ -1,0 +1,78 @@
+#include "core/app/preferences_file.h"
+
+#include <gtest/gtest.h>
+
+#include "core/platform/scripted_operator.h"
+#include "support/bytes.h"
+
+namespace zorvel {
+namespace {
+
+using testing::readGolden;
+
+TEST(PreferencesFile, WrittenByteForByteWithLineEightOnlyWithAnAutosampler) {
+  Preferences withAutosampler{2, 1, 2, 3, 1, true, "/lab", "/lab/METHODS/tray96.tgf"};
+  EXPECT_SAME_BYTES(readGolden("app/autosampler.prf"), PreferencesFileText(withAutosampler));
+  Preferences without{1, 4, 4, 4, 0, false, "/", "/ignored.tgf"};
+  EXPECT_SAME_BYTES(readGolden("app/no_autosampler.prf"), PreferencesFileText(without));
+}
+
+TEST(PreferencesFile, ReadsModelPrinterAndAutosamplerRules) {
+  const std::string dir = testing::makeTempDir("prefs");
+  const auto read = [&](const std::string& text) {
+    testing::writeFile(dir + "ZORVEL.PRF", text);
+    Preferences prefs;
+    EXPECT_EQ(ReadPreferencesFile(dir + "ZORVEL.PRF", prefs), PreferencesReadResult::Ok);
+    return prefs;
+  };
+  const std::string tail = "\r\nAutoSampComPort?=3\r\n";
+  Preferences p = read("Fluorimeter?=LS-50\r\nFlComPort?=2\r\nDilComPort?=1" + tail +
+                       "Printer?=5\r\nAutoSampler?=0\r\nBaseDirectoryPath?=/lab\r\n"
+                       "TrayGeometryFile?=/never/read.tgf\r\n");
+  EXPECT_EQ(p.Fluorimeter, 1);
+  EXPECT_EQ(p.FlComPort, 2);
+  EXPECT_EQ(p.Printer, -1);  // any non-zero value is a printer, written back as -1
+  EXPECT_FALSE(p.AutoSampler);
+  EXPECT_EQ(p.BaseDirectoryPath, "/lab");
+  EXPECT_EQ(p.TrayGeometryFile, "");  // line 8 ignored without an autosampler
+
+  p = read(
+      "Fluorimeter?=ls-50\r\nFlComPort?=1\r\nDilComPort?=2" + tail +
+      "Printer?=0\r\nAutoSampler?=1\r\nBaseDirectoryPath?=/a b,c\r\nTrayGeometryFile?=/t.tgf\r\n");
+  EXPECT_EQ(p.Fluorimeter, 2);  // only exactly "LS-50" selects the LS-50
+  EXPECT_EQ(p.Printer, 0);
+  EXPECT_TRUE(p.AutoSampler);
+  EXPECT_EQ(p.BaseDirectoryPath, "/a b,c");
+  EXPECT_EQ(p.TrayGeometryFile, "/t.tgf");
+
+  // A missing plate line is not fatal: the end-of-file marker becomes the value.
+  p = read("Fluorimeter?=LS-50B\r\nFlComPort?=1\r\nDilComPort?=2" + tail +
+           "Printer?=0\r\nAutoSampler?=-1\r\nBaseDirectoryPath?=/lab\r\n");
+  EXPECT_EQ(p.TrayGeometryFile, "&^EOF^&");
+
+  Preferences missing;
+  EXPECT_EQ(ReadPreferencesFile(dir + "NONE.PRF", missing), PreferencesReadResult::Missing);
+}
+
+TEST(PreferencesFile, DirectoriesFollowTheBase) {
+  AppState state;
+  state.Prefs.BaseDirectoryPath = "/";
+  SetDirectoriesFromBase(state);
+  EXPECT_EQ(state.DataDirectory, "/DATA");
+  state.Prefs.BaseDirectoryPath = "/nonexistent/lab";
+  SetDirectoriesFromBase(state);
+  EXPECT_EQ(state.DataDirectory, "/nonexistent/lab/DATA");
+  EXPECT_EQ(state.MethodsDirectory, "/nonexistent/lab/METHODS");
+}
+
+TEST(PreferencesFile, WriteReplacesTheWholeFile) {
+  const std::string dir = testing::makeTempDir("prefs-write");
+  testing::writeFile(dir + "ZORVEL.PRF", std::string(4000, 'x'));
+  Preferences prefs{2, 1, 2, 3, 1, false, "/lab", ""};
+  ASSERT_TRUE(WritePreferencesFile(dir + "ZORVEL.PRF", prefs));
+  EXPECT_SAME_BYTES(PreferencesFileText(prefs), testing::readFile(dir + "ZORVEL.PRF"));
+  EXPECT_FALSE(WritePreferencesFile(dir + "no/such/dir/ZORVEL.PRF", prefs));
+}
+
+}  // namespace
+}  // namespace zorvel
