@@ -1,0 +1,155 @@
+#include "ui/platform/qt_serial_line.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <ctime>
+#include <thread>
+
+#include "core/platform/real_clock.h"
+#include "sim/pty_bridge.h"
+#include "sim/scripted_peer.h"
+
+namespace zorvel::ui {
+namespace {
+
+// Processor time of the whole process, to show that a wait sleeps instead of spinning.
+double processorS() {
+  return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+void ensureApplication() {
+  if (QCoreApplication::instance() != nullptr) return;
+  static int argc = 1;
+  static char name[] = "test_ui";
+  static char* argv[] = {name, nullptr};
+  new QCoreApplication(argc, argv);  // lives as long as the test program
+}
+
+// A scripted instrument on a pseudo-terminal, served from its own thread on the real clock.
+struct PtyInstrument {
+  RealClock clock;
+  sim::ScriptedPeer peer;
+  sim::PtyBridge bridge{peer};
+  sim::PtyServer server{clock};
+  std::thread serving;
+
+  void start() {
+    ensureApplication();
+    ASSERT_TRUE(bridge.open());
+    server.add(bridge);
+    serving = std::thread([this] { server.run(); });
+  }
+  void stop() {
+    if (!serving.joinable()) return;
+    server.requestStop();
+    serving.join();
+  }
+  ~PtyInstrument() { stop(); }
+};
+
+TEST(QtSerialLine, CarriesBytesBothWaysAtLineSpeed) {
+  PtyInstrument instrument;
+  instrument.peer.on("$RE 0\r", "0000\r\n");
+  const std::string record =
+      "\x7f"
+      "350.0,450.0," +
+      std::string(80, '7') + "\r\n0000\r\n";
+  instrument.peer.on("$RD 1.0\r", record, 0.05);
+  instrument.start();
+  QtSerialLine line(instrument.clock, "COM1", instrument.bridge.devicePath());
+  EXPECT_EQ(line.describe(), "COM1 (" + instrument.bridge.devicePath() + ")");
+  ASSERT_TRUE(line.open("9600,N,8,1"));
+  EXPECT_EQ(line.charactersWaiting(), 0u);
+
+  ASSERT_TRUE(line.write("$RE 0\r"));
+  ASSERT_TRUE(line.waitForCharacters(6, instrument.clock.monotonicS() + 2));
+  EXPECT_EQ(line.read(6), "0000\r\n");
+
+  const double sentS = instrument.clock.monotonicS();
+  ASSERT_TRUE(line.write("$RD 1.0\r"));
+  ASSERT_TRUE(line.waitForCharacters(record.size(), sentS + 2));
+  // 8 characters out, 50 ms, 101 characters back: about 0.16 s at 960 characters a second.
+  const double tookS = instrument.clock.monotonicS() - sentS;
+  EXPECT_GT(tookS, 0.14);
+  EXPECT_LT(tookS, 0.40);
+  EXPECT_EQ(line.read(1), "\x7f");
+  EXPECT_EQ(line.read(11), "350.0,450.0");
+  line.discardInput();
+  EXPECT_EQ(line.charactersWaiting(), 0u);
+  EXPECT_EQ(instrument.peer.sent, "$RE 0\r$RD 1.0\r");
+  EXPECT_TRUE(instrument.peer.done());
+
+  // Closing and opening again finds the same instrument.
+  line.close();
+  EXPECT_FALSE(line.isOpen());
+  instrument.peer.on("$RE 0\r", "0000\r\n");
+  ASSERT_TRUE(line.open("9600,N,8,1"));
+  ASSERT_TRUE(line.write("$RE 0\r"));
+  ASSERT_TRUE(line.waitForCharacters(6, instrument.clock.monotonicS() + 2));
+  EXPECT_FALSE(line.lost());
+}
+
+TEST(QtSerialLine, SleepsUntilTheDeadlineWhenNothingComes) {
+  PtyInstrument instrument;
+  instrument.peer.on("$SC 1\r", "00", 0.0);  // a status cut short
+  instrument.start();
+  QtSerialLine line(instrument.clock, "COM1", instrument.bridge.devicePath());
+  ASSERT_TRUE(line.open("9600,N,8,1"));
+  ASSERT_TRUE(line.write("$SC 1\r"));
+  const double startS = instrument.clock.monotonicS();
+  const double startCpuS = processorS();
+  EXPECT_FALSE(line.waitForCharacters(6, startS + 0.3));
+  const double waitedS = instrument.clock.monotonicS() - startS;
+  EXPECT_GE(waitedS, 0.3);
+  EXPECT_LT(waitedS, 0.45);
+  EXPECT_LT(processorS() - startCpuS, 0.05);
+  EXPECT_EQ(line.charactersWaiting(), 2u);
+  EXPECT_FALSE(line.waitForCharacters(6, startS));  // a deadline already passed
+  EXPECT_TRUE(line.isOpen());
+  EXPECT_FALSE(line.lost());
+}
+
+TEST(QtSerialLine, ClosesForGoodWhenTheDeviceVanishes) {
+  PtyInstrument instrument;
+  instrument.start();
+  QtSerialLine line(instrument.clock, "COM2", instrument.bridge.devicePath());
+  ASSERT_TRUE(line.open("9600,N,8,1"));
+  instrument.stop();
+  instrument.bridge.closeDevice();
+
+  const double startS = instrument.clock.monotonicS();
+  const double startCpuS = processorS();
+  EXPECT_FALSE(line.waitForCharacters(1, startS + 2));
+  EXPECT_LT(instrument.clock.monotonicS() - startS, 0.5);
+  EXPECT_TRUE(line.lost());
+  EXPECT_FALSE(line.isOpen());
+  // From then on every call answers at once and nothing reopens the dead port.
+  EXPECT_FALSE(line.write("$RE 0\r"));
+  EXPECT_EQ(line.charactersWaiting(), 0u);
+  EXPECT_EQ(line.read(4), "");
+  EXPECT_FALSE(line.waitForCharacters(1, startS + 2));
+  EXPECT_FALSE(line.open("9600,N,8,1"));
+  EXPECT_LT(processorS() - startCpuS, 0.1);
+  EXPECT_LT(instrument.clock.monotonicS() - startS, 0.5);
+}
+
+TEST(QtSerialLine, RefusesAMissingDeviceOrBadSettingsWithoutCallingItLost) {
+  ensureApplication();
+  RealClock clock;
+  QtSerialLine missing(clock, "COM4", "/dev/zorvel-no-such-port");
+  EXPECT_FALSE(missing.open("9600,N,8,1"));
+  EXPECT_FALSE(missing.lost());
+  EXPECT_FALSE(missing.write("x"));
+  EXPECT_FALSE(missing.waitForCharacters(1, clock.monotonicS() + 5));
+
+  PtyInstrument instrument;
+  instrument.start();
+  QtSerialLine line(clock, "COM1", instrument.bridge.devicePath());
+  EXPECT_FALSE(line.open("9600,Q,8,1"));
+  EXPECT_FALSE(line.isOpen());
+  EXPECT_TRUE(line.open("9600,N,8,1"));
+}
+
+}  // namespace
+}  // namespace zorvel::ui

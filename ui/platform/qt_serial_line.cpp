@@ -1,0 +1,146 @@
+#include "ui/platform/qt_serial_line.h"
+
+#include <QSerialPort>
+#include <QThread>
+#include <algorithm>
+#include <cmath>
+
+#include "core/platform/line_settings.h"
+
+namespace zorvel::ui {
+
+namespace {
+
+// How long a write may take to leave the program's buffer for the system's.
+constexpr int kWriteTimeoutMs = 2000;
+
+QSerialPort::Parity toQt(Parity p) {
+  switch (p) {
+    case Parity::Even:
+      return QSerialPort::EvenParity;
+    case Parity::Odd:
+      return QSerialPort::OddParity;
+    case Parity::Mark:
+      return QSerialPort::MarkParity;
+    case Parity::Space:
+      return QSerialPort::SpaceParity;
+    case Parity::None:
+      break;
+  }
+  return QSerialPort::NoParity;
+}
+
+QSerialPort::StopBits toQt(StopBits s) {
+  switch (s) {
+    case StopBits::OneAndHalf:
+      return QSerialPort::OneAndHalfStop;
+    case StopBits::Two:
+      return QSerialPort::TwoStop;
+    case StopBits::One:
+      break;
+  }
+  return QSerialPort::OneStop;
+}
+
+bool applySettings(QSerialPort& port, const LineSettings& s) {
+  return port.setBaudRate(s.baud) && port.setParity(toQt(s.parity)) &&
+         port.setDataBits(static_cast<QSerialPort::DataBits>(s.dataBits)) &&
+         port.setStopBits(toQt(s.stopBits)) && port.setFlowControl(QSerialPort::NoFlowControl);
+}
+
+}  // namespace
+
+QtSerialLine::QtSerialLine(Clock& clock, std::string comName, std::string device)
+    : clock_(clock), comName_(std::move(comName)), device_(std::move(device)) {}
+
+QtSerialLine::~QtSerialLine() {
+  close();
+}
+
+bool QtSerialLine::open(std::string_view settings) {
+  if (lost_) return false;
+  const auto parsed = ParseLineSettings(settings);
+  if (!parsed) return false;
+  // The port belongs to the thread that talks through it: a worker thread has no event loop,
+  // so everything happens in the blocking calls made from that thread.
+  if (port_ && port_->thread() != QThread::currentThread()) port_.reset();
+  if (!port_) port_ = std::make_unique<QSerialPort>();
+  if (port_->isOpen()) port_->close();
+  port_->setPortName(QString::fromStdString(device_));
+  if (!port_->open(QIODevice::ReadWrite)) return false;
+  if (!applySettings(*port_, *parsed)) {
+    port_->close();
+    return false;
+  }
+  return true;
+}
+
+void QtSerialLine::close() {
+  if (port_ && port_->isOpen()) port_->close();
+}
+
+bool QtSerialLine::isOpen() const {
+  return port_ && port_->isOpen();
+}
+
+bool QtSerialLine::checkFailure() {
+  if (!port_) return false;
+  switch (port_->error()) {
+    case QSerialPort::NoError:
+    case QSerialPort::TimeoutError:
+      return false;
+    default:
+      break;
+  }
+  lost_ = true;
+  port_->close();
+  return true;
+}
+
+bool QtSerialLine::pollInput() {
+  if (!isOpen()) return false;
+  port_->waitForReadyRead(0);
+  return !checkFailure();
+}
+
+bool QtSerialLine::write(std::string_view bytes) {
+  if (!isOpen()) return false;
+  port_->write(bytes.data(), static_cast<qint64>(bytes.size()));
+  while (port_->bytesToWrite() > 0) {
+    if (!port_->waitForBytesWritten(kWriteTimeoutMs)) break;
+  }
+  if (checkFailure()) return false;
+  return port_->bytesToWrite() == 0;
+}
+
+std::size_t QtSerialLine::charactersWaiting() {
+  if (!pollInput()) return 0;
+  return static_cast<std::size_t>(port_->bytesAvailable());
+}
+
+std::string QtSerialLine::read(std::size_t n) {
+  if (n == 0 || !isOpen()) return {};
+  if (static_cast<std::size_t>(port_->bytesAvailable()) < n && !pollInput()) return {};
+  const QByteArray bytes = port_->read(static_cast<qint64>(n));
+  return std::string(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+}
+
+void QtSerialLine::discardInput() {
+  if (!pollInput()) return;
+  port_->readAll();
+}
+
+bool QtSerialLine::waitForCharacters(std::size_t n, double deadlineS) {
+  if (!pollInput()) return false;
+  while (static_cast<std::size_t>(port_->bytesAvailable()) < n) {
+    const double remainingS = deadlineS - clock_.monotonicS();
+    if (remainingS <= 0) return false;
+    const int ms = static_cast<int>(std::min(std::ceil(remainingS * 1000.0), 3600.0e3));
+    // waitForReadyRead returns at the first bytes; the loop waits again for the rest.
+    port_->waitForReadyRead(ms);
+    if (checkFailure()) return false;
+  }
+  return true;
+}
+
+}  // namespace zorvel::ui
