@@ -1,0 +1,304 @@
+#include "core/instruments/fluorimeter_link.h"
+
+#include <utility>
+
+namespace zorvel {
+
+using fluor::kAccepted;
+using fluor::kBadRecord;
+using fluor::kCarriageReturn;
+using fluor::kFurtherStatus;
+
+namespace {
+
+constexpr std::size_t kStatusLineLength = 6;  // four digits, CR, LF
+constexpr std::size_t kStatusLength = 4;
+constexpr int kHaltExitCode = 1;
+
+bool MustStop(LinkFailure failure) {
+  return OutcomeOf(failure) == LinkOutcome::Stop;
+}
+
+}  // namespace
+
+FluorimeterLink::FluorimeterLink(SerialLine& line, Clock& clock, Operator& person, LinkState& links,
+                                 int model)
+    : line_(line), clock_(clock), person_(person), links_(links), model_(model) {}
+
+LinkFailure FluorimeterLink::OpenFluorimeterPort() {
+  if (halted_) return LinkFailure::Halted;
+  if (!line_.isOpen() && !line_.open(fluor::kLineSettings)) return reportLost();
+  lostReported_ = false;
+  const std::size_t stale = line_.charactersWaiting();
+  if (stale > 0) line_.read(stale);
+  return LinkFailure::None;
+}
+
+LinkFailure FluorimeterLink::PrepareScanBuffer() {
+  if (halted_) return LinkFailure::Halted;
+  line_.close();
+  line_.setInputBufferSize(kScanBufferSize);
+  if (!line_.open(fluor::kLineSettings)) return reportLost();
+  return LinkFailure::None;
+}
+
+LinkFailure FluorimeterLink::IssueCommand(std::string_view command, StatusReader reader,
+                                          std::string_view statusText) {
+  if (halted_) return LinkFailure::Halted;
+  if (!statusText.empty() && showStatus_) showStatus_(std::string(statusText));
+  const std::string frame = fluor::Frame(command);
+  for (;;) {
+    if (lineDown() || !line_.write(frame)) return reportLost();
+    LinkFailure failure = LinkFailure::None;
+    switch (reader) {
+      case StatusReader::Command:
+        failure = AwaitCommandStatus();
+        break;
+      case StatusReader::Scan:
+        failure = AwaitScanStatus();
+        break;
+      case StatusReader::Water:
+        failure = AwaitWaterStatus();
+        break;
+    }
+    if (OutcomeOf(failure) != LinkOutcome::Resend) return failure;
+  }
+}
+
+LinkFailure FluorimeterLink::AwaitCommandStatus() {
+  if (halted_) return LinkFailure::Halted;
+  // The limit runs on the time of day from a whole-second start; the wait itself is on the
+  // monotonic scale, so the two are tied together once here.
+  const double nowOfDayS = clock_.secondsSinceMidnight();
+  const double startS = fluor::StatusStartS(nowOfDayS);
+  const double deadlineS = clock_.monotonicS() + (startS + fluor::kStatusLimitS - nowOfDayS);
+  for (;;) {
+    if (!line_.waitForCharacters(kStatusLineLength, deadlineS)) {
+      if (lineDown()) return reportLost();
+      if (clock_.monotonicS() < deadlineS) continue;
+      ++links_.LinkTimeoutCount;
+      if (links_.LinkTimeoutCount >= 2) {
+        HaltOnLinkFailure();
+        return LinkFailure::Halted;
+      }
+      return LinkFailure::ReplyTimeout;
+    }
+    const std::string status = readStatusLine();
+    if (status == kAccepted) return LinkFailure::None;
+    if (status == kFurtherStatus) continue;
+    ShowInstrumentError(person_, status, false);
+    return LinkFailure::DeviceFault;
+  }
+}
+
+LinkFailure FluorimeterLink::AwaitScanStatus() {
+  for (;;) {
+    const LinkFailure waited = waitPatiently(kStatusLineLength);
+    if (waited != LinkFailure::None) return waited;
+    const std::string status = line_.read(kStatusLineLength).substr(0, kStatusLength);
+    if (status == kAccepted) return LinkFailure::None;
+    if (status == kFurtherStatus) continue;
+    ShowInstrumentError(person_, status, false);
+    return LinkFailure::DeviceFault;
+  }
+}
+
+LinkFailure FluorimeterLink::AwaitWaterStatus() {
+  // The whole status line is awaited before it is read, so that a line arriving slowly is
+  // not taken for a short, wrong status; what follows it (a time-drive header) stays put.
+  const LinkFailure waited = waitPatiently(kStatusLineLength);
+  if (waited != LinkFailure::None) return waited;
+  const std::string status = line_.read(kStatusLineLength).substr(0, kStatusLength);
+  if (status == kAccepted) return LinkFailure::None;
+  ShowInstrumentError(person_, status, true);
+  return LinkFailure::DeviceFault;
+}
+
+TerminatedText FluorimeterLink::ReadToTerminator(char terminator) {
+  if (halted_) return {std::string(kBadRecord), LinkFailure::Halted};
+  std::string text;
+  for (;;) {
+    if (lineDown()) return {std::string(kBadRecord), reportLost()};
+    // The 30 seconds count afresh after every burst of characters.
+    const double deadlineS = clock_.monotonicS() + kRecordSilenceS;
+    if (!line_.waitForCharacters(1, deadlineS)) {
+      if (lineDown()) return {std::string(kBadRecord), reportLost()};
+      if (clock_.monotonicS() < deadlineS) continue;
+      return {std::string(kBadRecord), LinkFailure::ReadTimeout};
+    }
+    while (line_.charactersWaiting() > 0) {
+      const char c = readOne();
+      if (c == terminator) {
+        if (terminator == kCarriageReturn) discardFollowingCharacter();
+        return {std::move(text), LinkFailure::None};
+      }
+      text.push_back(c);
+    }
+  }
+}
+
+ReadingRecord FluorimeterLink::ReadReadingRecord() {
+  ReadingRecord record;
+  const TerminatedText junk = ReadToTerminator(fluor::kDelete);
+  if (junk.failure != LinkFailure::None) {
+    record.failure = junk.failure;
+    return record;
+  }
+  std::string* const fields[] = {&record.fieldA, &record.fieldB};
+  for (std::string* field : fields) {
+    TerminatedText part = ReadToTerminator(',');
+    if (MustStop(part.failure)) return {{}, {}, {}, part.failure};
+    *field = std::move(part.text);
+  }
+  if (model_ == fluor::kModelLs50B) {
+    const TerminatedText extra = ReadToTerminator(',');
+    if (MustStop(extra.failure)) return {{}, {}, {}, extra.failure};
+  }
+  TerminatedText intensity = ReadToTerminator(kCarriageReturn);
+  if (MustStop(intensity.failure)) return {{}, {}, {}, intensity.failure};
+  record.fieldC = std::move(intensity.text);
+  const TerminatedText status = ReadToTerminator(kCarriageReturn);
+  if (MustStop(status.failure)) return {{}, {}, {}, status.failure};
+  if (status.text != kAccepted) {
+    person_.message("<> 0000: " + status.text, kLs50ReturnErrorTitle, BoxIcon::Exclamation,
+                    BoxButtons::Ok);
+    record.failure = LinkFailure::DeviceFault;
+  }
+  return record;
+}
+
+Reading FluorimeterLink::TakeReading(double excitationNm, double emissionNm, float readTimeS,
+                                     fluor::AcceptanceRule rule) {
+  const std::string command = fluor::ReadCommand(readTimeS);
+  for (;;) {
+    const LinkFailure sent = IssueCommand(command, StatusReader::Command);
+    if (sent != LinkFailure::None) return {0.0, sent};
+    const ReadingRecord record = ReadReadingRecord();
+    if (MustStop(record.failure)) return {0.0, record.failure};
+    if (record.failed()) continue;
+    if (!fluor::WavelengthsAccepted(rule, record.fieldA, record.fieldB, excitationNm, emissionNm)) {
+      continue;
+    }
+    return {fluor::FieldValue(record.fieldC) / 1000.0, LinkFailure::None};
+  }
+}
+
+StatusRecord FluorimeterLink::ReadStatusRecord() {
+  StatusRecord record;
+  for (std::size_t k = 0; k < record.fields.size(); ++k) {
+    const char terminator = k + 1 < record.fields.size() ? ',' : kCarriageReturn;
+    TerminatedText part = ReadToTerminator(terminator);
+    if (MustStop(part.failure)) return {{}, part.failure};
+    record.fields[k] = std::move(part.text);
+  }
+  // The first field is what follows the DEL that ends any leading junk.
+  const std::size_t del = record.fields[0].find(fluor::kDelete);
+  if (del != std::string::npos) record.fields[0].erase(0, del + 1);
+  const TerminatedText status = ReadToTerminator(kCarriageReturn);
+  if (MustStop(status.failure)) return {{}, status.failure};
+  if (status.text != kAccepted) record.failure = LinkFailure::DeviceFault;
+  return record;
+}
+
+TimeDriveHeaderReply FluorimeterLink::ReadTimeDriveHeader() {
+  // The header ends at the first four "0" in a row: the status that closes it. A pause on
+  // the line does not break the run of zeros, so a slow line still finds its end.
+  std::string text;
+  int zeros = 0;
+  while (zeros < 4) {
+    const LinkFailure waited = waitPatiently(1);
+    if (waited != LinkFailure::None) return {{}, waited};
+    const char c = readOne();
+    text.push_back(c);
+    zeros = c == '0' ? zeros + 1 : 0;
+  }
+  return {fluor::SplitTimeDriveHeader(text), LinkFailure::None};
+}
+
+TerminatedText FluorimeterLink::ReadNumberToken() {
+  std::string token;
+  for (;;) {
+    const LinkFailure waited = waitPatiently(1);
+    if (waited != LinkFailure::None) return {std::move(token), waited};
+    const char c = readOne();
+    if (!fluor::IsNumberCharacter(c)) return {std::move(token), LinkFailure::None};
+    token.push_back(c);
+  }
+}
+
+void FluorimeterLink::HaltOnLinkFailure() {
+  if (halted_) return;
+  person_.message("Communication with the fluorimeter has failed.  Program halted.",
+                  kCommunicationErrorTitle, BoxIcon::Exclamation, BoxButtons::Ok);
+  halted_ = true;
+  person_.endProgram(kHaltExitCode);
+}
+
+bool FluorimeterLink::lineDown() const {
+  return line_.lost() || !line_.isOpen();
+}
+
+LinkFailure FluorimeterLink::reportLost() {
+  if (halted_) return LinkFailure::Halted;
+  if (!lostReported_) {
+    lostReported_ = true;
+    const std::string text =
+        line_.lost() ? "The fluorimeter on " + line_.describe() +
+                           " has been disconnected.  Check its cable and adapter, then start "
+                           "again."
+                     : "The fluorimeter port " + line_.describe() + " is not open.";
+    person_.message(text, kCommunicationErrorTitle, BoxIcon::Exclamation, BoxButtons::Ok);
+  }
+  return LinkFailure::LostPort;
+}
+
+LinkFailure FluorimeterLink::waitPatiently(std::size_t n) {
+  for (;;) {
+    if (halted_) return LinkFailure::Halted;
+    if (lineDown()) return reportLost();
+    const std::size_t waiting = line_.charactersWaiting();
+    if (waiting >= n) return LinkFailure::None;
+    // Each byte that arrives starts the bound afresh.
+    const double deadlineS = clock_.monotonicS() + kSilenceBoundS;
+    if (line_.waitForCharacters(waiting + 1, deadlineS)) continue;
+    if (lineDown()) return reportLost();
+    if (clock_.monotonicS() < deadlineS) continue;
+    const int answer = person_.message(
+        "The fluorimeter on " + line_.describe() +
+            " has sent nothing for 120 seconds.  Retry waits again; Cancel gives up.",
+        kCommunicationErrorTitle, BoxIcon::Exclamation, BoxButtons::RetryCancel);
+    if (answer != answer::kRetry) return LinkFailure::Abandoned;
+  }
+}
+
+char FluorimeterLink::readOne() {
+  const std::string c = line_.read(1);
+  return c.empty() ? '\0' : c.front();
+}
+
+void FluorimeterLink::discardFollowingCharacter() {
+  line_.waitForCharacters(1, clock_.monotonicS() + kLineFeedGraceS);
+  line_.read(1);
+}
+
+std::string FluorimeterLink::readStatusLine() {
+  std::string status;
+  const std::size_t waiting = line_.charactersWaiting();
+  bool sawCarriageReturn = false;
+  for (std::size_t i = 0; i < waiting; ++i) {
+    const char c = readOne();
+    if (c == kCarriageReturn) {
+      sawCarriageReturn = true;
+      break;
+    }
+    status.push_back(c);
+  }
+  if (sawCarriageReturn) {
+    discardFollowingCharacter();
+  } else {
+    line_.read(1);
+  }
+  return status;
+}
+
+}  // namespace zorvel

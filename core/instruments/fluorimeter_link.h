@@ -1,0 +1,133 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "core/instruments/fluorimeter_protocol.h"
+#include "core/instruments/instrument_error.h"
+#include "core/instruments/link_state.h"
+#include "core/platform/clock.h"
+#include "core/platform/operator.h"
+#include "core/platform/serial_line.h"
+
+namespace zorvel {
+
+// Which status reader answers a command: the run and the intensity check wait 10 seconds
+// for a status line, "$SC 1" reads a six-character status, the water-cell check waits for
+// its status without a limit of its own and shows "0002" as an error.
+enum class StatusReader { Command, Scan, Water };
+
+// Text read up to a terminator; "Bad**" with ReadTimeout after 30 seconds of silence.
+struct TerminatedText {
+  std::string text;
+  LinkFailure failure = LinkFailure::None;
+};
+
+// The three text fields of a reading record.
+struct ReadingRecord {
+  std::string fieldA;  // excitation the instrument is at
+  std::string fieldB;  // emission
+  std::string fieldC;  // intensity times 1000
+  LinkFailure failure = LinkFailure::None;
+  bool failed() const { return failure != LinkFailure::None; }
+};
+
+struct Reading {
+  double intensity = 0.0;  // field C divided by 1000
+  LinkFailure failure = LinkFailure::None;
+};
+
+struct StatusRecord {
+  std::array<std::string, 9> fields;
+  LinkFailure failure = LinkFailure::None;
+  bool failed() const { return failure != LinkFailure::None; }
+};
+
+struct TimeDriveHeaderReply {
+  fluor::TimeDriveHeader fields;
+  LinkFailure failure = LinkFailure::None;
+};
+
+// The conversation with the fluorimeter over one line. Each window that talks to the
+// instrument holds one for its port; the line, clock, operator and shared link state are
+// borrowed. Every wait blocks on the line until data or its deadline, so waiting costs no
+// processor time.
+//
+// Once the program has been halted, or the port was lost, every call returns at once with a
+// failure whose outcome is Stop, so that callers unwind without further boxes.
+class FluorimeterLink {
+ public:
+  // The longest the program waits without a single byte where the instrument itself sets
+  // no limit (scan status, water status, time-drive header, number stream).
+  static constexpr double kSilenceBoundS = 120.0;
+  // A record that stops arriving for this long is given up as "Bad**".
+  static constexpr double kRecordSilenceS = 30.0;
+  // The line feed after a CR is on its way; it is given this long to arrive.
+  static constexpr double kLineFeedGraceS = 0.1;
+  // Size of the input buffer a scan needs so that its numbers fit.
+  static constexpr std::size_t kScanBufferSize = 4096;
+
+  FluorimeterLink(SerialLine& line, Clock& clock, Operator& person, LinkState& links, int model);
+
+  // Receives the status text of each command while it is in progress.
+  void setStatusText(std::function<void(const std::string&)> show) {
+    showStatus_ = std::move(show);
+  }
+  int model() const { return model_; }
+  bool halted() const { return halted_; }
+
+  // Opens the port at "9600,N,8,1" and throws away whatever was already waiting.
+  LinkFailure OpenFluorimeterPort();
+  // Closes the port, gives it the 4096-character input buffer and opens it again.
+  LinkFailure PrepareScanBuffer();
+
+  // Sends the command and its CR until the status reader accepts it. Returns None, or a
+  // failure whose outcome is Stop.
+  LinkFailure IssueCommand(std::string_view command, StatusReader reader,
+                           std::string_view statusText = {});
+
+  // Status readers: None when accepted, ReplyTimeout or DeviceFault when the command must be
+  // sent again, or a Stop failure.
+  LinkFailure AwaitCommandStatus();
+  LinkFailure AwaitScanStatus();
+  LinkFailure AwaitWaterStatus();
+
+  TerminatedText ReadToTerminator(char terminator);
+  ReadingRecord ReadReadingRecord();
+  // One "$RD" reading, sent again until its record arrives whole and at the wavelengths
+  // asked for. The caller has set slits and monochromators.
+  Reading TakeReading(double excitationNm, double emissionNm, float readTimeS,
+                      fluor::AcceptanceRule rule);
+  StatusRecord ReadStatusRecord();
+  TimeDriveHeaderReply ReadTimeDriveHeader();
+  // One streamed number; the character that ends it is consumed. Empty when the first
+  // character is not part of a number.
+  TerminatedText ReadNumberToken();
+
+  // Tells the operator the link has failed and ends the program.
+  void HaltOnLinkFailure();
+
+ private:
+  bool lineDown() const;
+  LinkFailure reportLost();
+  // Waits until n characters are waiting, giving the operator Retry/Cancel after each
+  // kSilenceBoundS without a byte.
+  LinkFailure waitPatiently(std::size_t n);
+  char readOne();
+  void discardFollowingCharacter();
+  std::string readStatusLine();
+
+  SerialLine& line_;
+  Clock& clock_;
+  Operator& person_;
+  LinkState& links_;
+  int model_;
+  std::function<void(const std::string&)> showStatus_;
+  bool halted_ = false;
+  bool lostReported_ = false;
+};
+
+}  // namespace zorvel
