@@ -1,0 +1,9 @@
+#include "sim/sim_rig.h"
+
+namespace zorvel::sim {
+
+LinePeer* SimRig::peerFor(InstrumentKind) {
+  return nullptr;
+}
+
+}  // namespace zorvel::sim
