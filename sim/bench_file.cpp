@@ -98,7 +98,7 @@ std::string_view BenchFileHelp() {
          "Example:\n"
          "  cuvette blank:\n"
          "  cuvette pure Blue: Blue=1\n"
-         "  tube 1 control: Blue=0.5 Red=0.2\n";
+         "  tube 1 control: Blue=0.5 Red=0.2";
 }
 
 int DyeIndex(std::string_view colour) {

@@ -1,3 +1,194 @@
-int main() {
+// zorvel-sim: the three simulated instruments on pseudo-terminals, for running the desktop
+// program (or any terminal program) against a bench that is not there.
+
+#include <signal.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDir>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "core/app/port_map.h"
+#include "core/app/preferences_file.h"
+#include "core/platform/real_clock.h"
+#include "core/text/number_format.h"
+#include "sim/bench_file.h"
+#include "sim/pty_bridge.h"
+#include "sim/sim_rig.h"
+
+namespace {
+
+using namespace zorvel;
+
+struct SimOptions {
+  std::string directory;  // ends in "/"
+  double speed = 1.0;
+  std::string benchFile;
+  std::uint32_t seed = 1;
+};
+
+std::optional<std::string> readWholeFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) return std::nullopt;
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+std::optional<SimOptions> parseOptions(const QCoreApplication& app) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(
+      QString("Serves the fluorimeter, the autosampler arm and the pump on pseudo-terminals,\n"
+              "writes DIR/ZORVEL.PORTS pointing the COM ports of DIR/ZORVEL.PRF at them,\n"
+              "and runs until interrupted (the previous ports file is put back then).\n\n") +
+      QString::fromUtf8(sim::BenchFileHelp().data(),
+                        static_cast<qsizetype>(sim::BenchFileHelp().size())));
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.addOption({"dir", "Folder holding ZORVEL.PRF; ZORVEL.PORTS is written there.", "DIR"});
+  parser.addOption({"speed", "Run the instruments' time F times faster (default 1).", "F", "1"});
+  parser.addOption({"bench", "What the cuvettes and tubes hold (format above).", "FILE"});
+  parser.addOption({"seed", "Seed of the readings' noise (default 1).", "N", "1"});
+  parser.process(app);
+  SimOptions options;
+  const auto speed = text::parseNumber(parser.value("speed").toStdString());
+  const auto seed = text::parseNumber(parser.value("seed").toStdString());
+  if (!parser.isSet("dir") || !speed || *speed <= 0 || !seed || *seed < 0) {
+    std::fprintf(stderr, "zorvel-sim: --dir DIR is required; --speed and --seed take numbers.\n");
+    return std::nullopt;
+  }
+  options.directory = QDir(parser.value("dir")).absolutePath().toStdString() + "/";
+  options.speed = *speed;
+  options.seed = static_cast<std::uint32_t>(*seed);
+  options.benchFile = parser.value("bench").toStdString();
+  return options;
+}
+
+bool loadBench(const std::string& path, sim::Bench& bench) {
+  if (path.empty()) return true;
+  const auto text = readWholeFile(path);
+  if (!text) {
+    std::fprintf(stderr, "zorvel-sim: cannot read the bench file %s\n", path.c_str());
+    return false;
+  }
+  std::vector<std::string> problems;
+  sim::ParseBenchFile(*text, bench, problems);
+  for (const std::string& p : problems) std::fprintf(stderr, "%s: %s\n", path.c_str(), p.c_str());
+  return problems.empty();
+}
+
+int comPortOf(const Preferences& prefs, InstrumentKind kind) {
+  switch (kind) {
+    case InstrumentKind::Arm:
+      return prefs.AutoSampComPort;
+    case InstrumentKind::Pump:
+      return prefs.DilComPort;
+    case InstrumentKind::Fluorimeter:
+      break;
+  }
+  return prefs.FlComPort;
+}
+
+// Puts the ports file back as it was before this run, unless someone has changed it since.
+class PortsFileGuard {
+ public:
+  explicit PortsFileGuard(std::string path)
+      : path_(std::move(path)), previous_(readWholeFile(path_)) {}
+  bool write(const std::vector<PortAssignment>& assignments) {
+    written_ = FormatPortsFile(assignments);
+    return WritePortsFile(path_, assignments);
+  }
+  ~PortsFileGuard() {
+    if (!written_ || readWholeFile(path_) != written_) return;
+    if (previous_) {
+      std::ofstream(path_, std::ios::binary | std::ios::trunc) << *previous_;
+    } else {
+      std::filesystem::remove(path_);
+    }
+  }
+
+ private:
+  std::string path_;
+  std::optional<std::string> previous_;
+  std::optional<std::string> written_;
+};
+
+// Blocks SIGINT and SIGTERM and returns a descriptor that becomes readable when one comes.
+int stopSignalDescriptor() {
+  sigset_t stopSignals;
+  sigemptyset(&stopSignals);
+  sigaddset(&stopSignals, SIGINT);
+  sigaddset(&stopSignals, SIGTERM);
+  sigprocmask(SIG_BLOCK, &stopSignals, nullptr);
+  return signalfd(-1, &stopSignals, SFD_CLOEXEC);
+}
+
+int serve(const SimOptions& options) {
+  const int stopFd = stopSignalDescriptor();
+  Preferences prefs;
+  const std::string prf = options.directory + "ZORVEL.PRF";
+  if (std::filesystem::exists(prf) &&
+      ReadPreferencesFile(prf, prefs) != PreferencesReadResult::Ok) {
+    std::fprintf(stderr, "zorvel-sim: %s is incomplete; using COM1, COM2, COM3\n", prf.c_str());
+    prefs = Preferences{};
+  }
+  sim::SimRig rig;
+  if (!loadBench(options.benchFile, rig.bench)) return 2;
+
+  RealClock clock;
+  sim::PtyServer server(clock, options.speed);
+  std::vector<std::unique_ptr<sim::PtyBridge>> bridges;
+  std::vector<PortAssignment> assignments;
+  for (InstrumentKind kind : kAllInstruments) {
+    sim::LinePeer* peer = rig.peerFor(kind);
+    const std::string name(InstrumentName(kind));
+    if (peer == nullptr) {
+      std::fprintf(stderr, "zorvel-sim: no %s model in this build\n", name.c_str());
+      continue;
+    }
+    auto bridge = std::make_unique<sim::PtyBridge>(*peer);
+    std::string error;
+    if (!bridge->open(&error)) {
+      std::fprintf(stderr, "zorvel-sim: %s: %s\n", name.c_str(), error.c_str());
+      return 1;
+    }
+    const int com = comPortOf(prefs, kind);
+    assignments.push_back({com, bridge->devicePath()});
+    std::printf("COM%s %s %s\n", text::plain(com).c_str(), name.c_str(),
+                bridge->devicePath().c_str());
+    server.add(*bridge);
+    bridges.push_back(std::move(bridge));
+  }
+  PortsFileGuard portsFile(PortsFilePathBeside(prf));
+  if (!portsFile.write(assignments)) {
+    std::fprintf(stderr, "zorvel-sim: cannot write %s\n", PortsFilePathBeside(prf).c_str());
+    return 1;
+  }
+  std::fflush(stdout);
+  server.run(stopFd);
+  if (stopFd >= 0) close(stopFd);
   return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QCoreApplication app(argc, argv);
+  QCoreApplication::setApplicationName("zorvel-sim");
+  QCoreApplication::setApplicationVersion(QString("%1.%2.%3")
+                                              .arg(ZORVEL_VERSION_MAJOR)
+                                              .arg(ZORVEL_VERSION_MINOR)
+                                              .arg(ZORVEL_VERSION_PATCH));
+  const auto options = parseOptions(app);
+  if (!options) return 2;
+  return serve(*options);
 }
