@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "core/autosampler/tray_geometry.h"
+#include "core/instruments/arm_pump_link.h"
+#include "core/instruments/instrument_error.h"
+#include "core/instruments/link_state.h"
+#include "core/platform/clock.h"
+#include "core/platform/operator.h"
+#include "core/platform/serial_line.h"
+
+namespace zorvel {
+
+// Where the arm was last sent and the tray calibration. The offsets hold for every later move,
+// a tray run's included, until the operator calibrates again.
+struct ArmPlacement {
+  float ArmX = 0;  // last commanded position, mm
+  float ArmY = 0;
+  float ArmOffsetX = 0;  // added to the tray's coordinates of every position
+  float ArmOffsetY = 0;
+};
+
+// The autosampler arm: moves the probe over the tray and lowers it into a tube. The arm
+// answers a command once it is done; its probe height and tube are kept in LinkState so that
+// a move to where the arm already is costs nothing.
+class Arm {
+ public:
+  Arm(SerialLine& line, Clock& clock, Operator& person, LinkState& links, const TrayGeometry& tray);
+
+  LinkFailure OpenArmPort();
+  void CloseArmPort();
+
+  // Sends the text and CR, and returns once the arm has said "OK", directly or when asked
+  // for its status.
+  LinkFailure SendArmCommand(std::string_view command);
+  // Asks the arm for its state once and reads until it reports done.
+  LinkFailure PollArmStatus();
+  // Raises or lowers the probe to a height (larger numbers are lower).
+  LinkFailure SetArmHeight(std::int16_t height);
+  // Moves over a tray position (0 to 500), or home with -1.
+  LinkFailure MoveArmToTube(std::int16_t tube);
+
+  ArmPlacement& placement() { return placement_; }
+  const ArmPlacement& placement() const { return placement_; }
+
+  // A reply is taken as whole once the line has been quiet this long after a character.
+  static constexpr double kReplyGapS = 0.05;
+
+ private:
+  int currentHeight() const;
+
+  ArmPumpLine link_;
+  LinkState& links_;
+  const TrayGeometry& tray_;
+  ArmPlacement placement_;
+};
+
+}  // namespace zorvel

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "core/instruments/arm_pump_link.h"
+#include "core/instruments/instrument_error.h"
+#include "core/instruments/link_state.h"
+#include "core/method/method_settings.h"
+#include "core/platform/clock.h"
+#include "core/platform/operator.h"
+#include "core/platform/serial_line.h"
+
+namespace zorvel {
+
+// The dilutor: the syringe pump and the valve unit on one line. Each command is one framed
+// exchange that lasts until the device reports ready; speeds and volumes come from the
+// method's autosampler settings, the step size from LinkState.
+class Pump {
+ public:
+  Pump(SerialLine& line, Clock& clock, Operator& person, const LinkState& links,
+       const AutosamplerSettings& settings);
+
+  // Opens the dilutor port and initialises the pump, then the valve unit.
+  LinkFailure InitialisePump();
+  void ClosePumpPort();
+  bool isOpen() const { return link_.isOpen(); }
+
+  // Sends one command to a device (1 pump, 3 valve unit) and polls until it is ready.
+  LinkFailure SendPumpCommand(std::int16_t address, std::string_view command);
+  // Valve ports 1 to 4; any other number sends an empty command to the valve unit.
+  LinkFailure SelectValvePort(std::int16_t port);
+  // Mode 1 moves the plunger to an absolute position, mode 2 dispenses by a volume; other
+  // modes only set the dispense speed.
+  LinkFailure PumpDispense(std::int16_t mode, std::int16_t volumeSteps);
+  // Draws by a volume in steps at the fill speed.
+  LinkFailure PumpFill(std::int16_t volumeSteps);
+  // Rinses the probe, the line and the flow cell with the flush volume from the solvent side.
+  LinkFailure PumpFlush();
+  // Blows air through the flow cell for a number of seconds.
+  LinkFailure PumpAirDry(std::int16_t seconds);
+  void WaitSeconds(std::int16_t seconds);
+
+  // After a character of a status reply, the rest is taken as what arrives within this gap
+  // (a few character times at 9600 baud).
+  static constexpr double kReplyGapS = 0.005;
+
+ private:
+  LinkFailure pollUntilReady(std::int16_t address);
+
+  ArmPumpLine link_;
+  Clock& clock_;
+  Operator& operator_;
+  const LinkState& links_;
+  const AutosamplerSettings& settings_;
+};
+
+}  // namespace zorvel
