@@ -130,6 +130,11 @@ std::string printForm(float value) {
   return std::string(negative ? "-" : " ") + plainSingle(std::fabs(value)) + " ";
 }
 
+std::string signedPlain(float value) {
+  const bool negative = value < 0;
+  return std::string(negative ? "-" : " ") + plainSingle(std::fabs(value));
+}
+
 std::string fixed(double value, int decimals) {
   return fixedImpl(value, decimals);
 }

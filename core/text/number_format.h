@@ -18,6 +18,9 @@ std::string plainSingle(float value);
 // Print form: a blank for a non-negative value or "-" for a negative one, the shortest form
 // with at most 7 significant digits, then one trailing blank (" 1.234 ", "-0.5 ").
 std::string printForm(float value);
+// Print form without its trailing blank, as header values with a leading sign place are
+// written: " 480", "-2.5".
+std::string signedPlain(float value);
 
 // Fixed patterns "0", "0.0", "0.00", "0.000": the value rounded to that many decimals, halves
 // away from zero, taken from the number's shortest decimal text (so 2.675 gives "2.68").
