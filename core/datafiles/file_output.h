@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// How the program puts bytes on disk. Files are written byte for byte (no line-end or code-page
+// translation) and forced to the disk before they are closed, so that a record or a settings
+// file on disk is always whole even after a crash or a power cut.
+namespace zorvel {
+
+// Writes a settings file whole: the bytes go to a temporary file beside it, which is then
+// renamed over the old file. False when the file cannot be written.
+bool WriteWholeFile(const std::string& path, std::string_view bytes);
+
+// Creates the file (emptying an existing one) with the given bytes. False on failure.
+bool CreateTextFile(const std::string& path, std::string_view bytes);
+
+// Appends one record to the file (creating it when missing), then closes it. False on failure.
+bool AppendRecord(const std::string& path, std::string_view bytes);
+
+// Reads a whole file byte for byte; false when it cannot be opened.
+bool ReadWholeFile(const std::string& path, std::string& bytes);
+
+}  // namespace zorvel

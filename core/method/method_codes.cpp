@@ -1,0 +1,84 @@
+#include "core/method/method_codes.h"
+
+#include <array>
+
+#include "core/text/number_format.h"
+
+namespace zorvel::method_codes {
+
+namespace {
+
+struct FilterName {
+  std::int16_t code;
+  std::string_view text;
+};
+
+// There is no code 6: the filter wheel position it would name holds no filter option.
+constexpr std::array<FilterName, 7> kFilters{{{1, "290 nm"},
+                                              {2, "350 nm"},
+                                              {3, "390 nm"},
+                                              {4, "430 nm"},
+                                              {5, "530 nm"},
+                                              {7, "None"},
+                                              {8, "1% transmittance"}}};
+
+}  // namespace
+
+std::string FilterText(std::int16_t code) {
+  for (const auto& f : kFilters) {
+    if (f.code == code) return std::string(f.text);
+  }
+  // A code the editor never produces; written as its number, which reads back as unchanged.
+  return text::plain(code);
+}
+
+void ApplyFilterText(std::string_view text, std::int16_t& code) {
+  for (const auto& f : kFilters) {
+    if (f.text == text) {
+      code = f.code;
+      return;
+    }
+  }
+}
+
+std::string_view DeliveryText(std::int16_t code) {
+  return code == 2 ? "AutoSampler" : "Cuvette";
+}
+std::int16_t DeliveryFromText(std::string_view text) {
+  return text == "AutoSampler" ? 2 : 1;
+}
+
+std::string_view FileTypeText(std::int16_t code) {
+  return code == 2 ? "Macintosh" : "DOS/Windows";
+}
+std::int16_t FileTypeFromText(std::string_view text) {
+  return text == "Macintosh" ? 2 : 1;
+}
+
+std::string_view ResolutionText(std::int16_t code) {
+  return code == 2 ? "Fine" : "Standard";
+}
+std::int16_t ResolutionFromText(std::string_view text) {
+  return text == "Fine" ? 2 : 1;
+}
+
+std::string_view DispositionText(std::int16_t code) {
+  return code == 2 ? "Save" : "Throw Away";
+}
+std::int16_t DispositionFromText(std::string_view text) {
+  return text == "Save" ? 2 : 1;
+}
+
+std::string_view FlagText(bool flag) {
+  return flag ? "True" : "False";
+}
+
+}  // namespace zorvel::method_codes
+
+namespace zorvel {
+
+std::string LineEndingFor(std::int16_t fileType) {
+  return fileType == 1 ? "\r\n" : "\r";
+}
+
+}  // namespace zorvel

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// The texts that the method file writes for its coded settings, and back. Reading compares the
+// exact text: anything else falls to the default code of the setting (the filter keeps its code).
+namespace zorvel::method_codes {
+
+// "290 nm" .. "530 nm", "None", "1% transmittance"; an unknown code is written as its number.
+std::string FilterText(std::int16_t code);
+// Sets the code when the text is one of the filter texts; leaves it unchanged otherwise.
+void ApplyFilterText(std::string_view text, std::int16_t& code);
+
+// 2 "AutoSampler", anything else "Cuvette".
+std::string_view DeliveryText(std::int16_t code);
+std::int16_t DeliveryFromText(std::string_view text);
+
+// 2 "Macintosh", anything else "DOS/Windows".
+std::string_view FileTypeText(std::int16_t code);
+std::int16_t FileTypeFromText(std::string_view text);
+
+// 2 "Fine", anything else "Standard".
+std::string_view ResolutionText(std::int16_t code);
+std::int16_t ResolutionFromText(std::string_view text);
+
+// 2 "Save", anything else "Throw Away".
+std::string_view DispositionText(std::int16_t code);
+std::int16_t DispositionFromText(std::string_view text);
+
+std::string_view FlagText(bool flag);
+
+}  // namespace zorvel::method_codes
+
+namespace zorvel {
+
+// The data files' line terminator for a FileType code: CR LF for 1 (DOS/Windows), CR otherwise.
+std::string LineEndingFor(std::int16_t fileType);
+
+}  // namespace zorvel

@@ -1,0 +1,64 @@
+#include "core/method/method_commands.h"
+
+#include "core/app/file_helpers.h"
+#include "core/method/method_codes.h"
+#include "core/method/method_defaults.h"
+#include "core/method/method_file.h"
+
+namespace zorvel {
+
+std::string LowerCasedForDisplay(std::string path) {
+  for (char& c : path) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return path;
+}
+
+std::string UpperCasedForDisplay(std::string path) {
+  for (char& c : path) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  return path;
+}
+
+MethodCommandResult NewMethodFile(AppState& state, Operator& op) {
+  MethodCommandResult result;
+  const std::string templatePath = JoinPath(state.MethodsDirectory, kTemplateMethodName);
+  if (FileExists(templatePath)) {
+    if (!ReadMethodFile(state, op, templatePath)) return result;
+    result.methodPath = templatePath;
+  } else {
+    SetMethodDefaults(state);
+  }
+  state.LineEnding = LineEndingFor(state.Method.FileType);
+  state.DataSet.MethodFilePath.clear();
+  result.methodLoaded = true;
+  result.window.methodFileLabel = "None open.";
+  result.window.showMethod = true;
+  result.window.newDataSet = true;
+  result.window.coloursDeclared = false;
+  result.window.colourBackupPending = true;
+  result.window.firstSampleNumber = 1;
+  return result;
+}
+
+MethodCommandResult EditMethodFile(AppState& state, Operator& op) {
+  MethodCommandResult result;
+  const std::string path = file_dialogs::OpenMethod(op, state);
+  if (path.empty()) return result;
+  if (!FileExists(path)) {
+    op.message("File does not exist.", "ZORVEL ERROR", BoxIcon::Exclamation);
+    return result;
+  }
+  if (!ReadMethodFile(state, op, path)) return result;
+  state.LineEnding = LineEndingFor(state.Method.FileType);
+  state.DataSet.MethodFilePath = path;
+  result.methodLoaded = true;
+  result.methodPath = path;
+  result.window.methodFileLabel = LowerCasedForDisplay(path);
+  result.window.showMethod = true;
+  result.window.newDataSet = false;
+  return result;
+}
+
+}  // namespace zorvel

@@ -1,0 +1,230 @@
+#include "core/method/method_file.h"
+
+#include <gtest/gtest.h>
+
+#include "core/platform/scripted_operator.h"
+#include "method/method_examples.h"
+#include "support/bytes.h"
+
+namespace zorvel {
+namespace {
+
+using testing::readFile;
+using testing::readGolden;
+using testing::writeFile;
+
+struct Example {
+  const char* golden;
+  MethodSettings method;
+};
+
+std::vector<Example> examples() {
+  return {{"method/fixed_cuvette.mth", testing::FixedCuvetteMethod()},
+          {"method/fixed_synch_cuvette.mth", testing::FixedSynchCuvetteMethod()},
+          {"method/synch_autosampler.mth", testing::SynchAutosamplerMethod()}};
+}
+
+// Reads method text through a file, as the program does.
+bool readText(AppState& state, ScriptedOperator& op, const std::string& text) {
+  const std::string path = testing::makeTempDir("method") + "m.mth";
+  writeFile(path, text);
+  return ReadMethodFile(state, op, path);
+}
+
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+  const std::size_t at = text.find(from);
+  EXPECT_NE(at, std::string::npos) << from;
+  if (at != std::string::npos) text.replace(at, from.size(), to);
+  return text;
+}
+
+// The first `count` lines of a text, each with its line end.
+std::string firstLines(const std::string& text, int count) {
+  std::size_t end = 0;
+  for (int i = 0; i < count; ++i) end = text.find("\r\n", end) + 2;
+  return text.substr(0, end);
+}
+
+int lineCount(const std::string& text) {
+  int n = 0;
+  for (std::size_t at = text.find("\r\n"); at != std::string::npos; at = text.find("\r\n", at + 2))
+    ++n;
+  return n;
+}
+
+TEST(MethodFile, EachKindIsWrittenReadBackAndWrittenAgainIdentically) {
+  for (const Example& e : examples()) {
+    SCOPED_TRACE(e.golden);
+    const std::string golden = readGolden(e.golden);
+    EXPECT_SAME_BYTES(golden, MethodFileText(e.method));
+
+    const std::string path = testing::makeTempDir("write") + "written.mth";
+    ASSERT_TRUE(WriteMethodFile(e.method, path));
+    EXPECT_SAME_BYTES(golden, readFile(path));
+
+    AppState state;
+    ScriptedOperator op;
+    ASSERT_TRUE(ReadMethodFile(state, op, path));
+    EXPECT_TRUE(op.shown.empty());
+    EXPECT_TRUE(state.Method == e.method);
+    EXPECT_SAME_BYTES(golden, MethodFileText(state.Method));
+  }
+}
+
+TEST(MethodFile, RelativePathIsSavedInTheMethodsDirectory) {
+  AppState state;
+  state.MethodsDirectory = testing::makeTempDir("methods");
+  state.Method = testing::FixedCuvetteMethod();
+  ASSERT_TRUE(WriteMethodFile(state, "LIVER.MTH"));
+  EXPECT_SAME_BYTES(readGolden("method/fixed_cuvette.mth"),
+                    readFile(state.MethodsDirectory + "LIVER.MTH"));
+}
+
+TEST(MethodFile, CodedLinesTakeOnlyTheirExactText) {
+  std::string text = readGolden("method/fixed_cuvette.mth");
+  text = replaced(text, "Fixed?=True", "Fixed?=false");
+  text = replaced(text, "Spillover?=True", "Spillover?=False");
+  text = replaced(text, "PrintResults?=False", "PrintResults?=TRUE");
+  text = replaced(text, "FilterSetting?=350 nm", "FilterSetting?=350nm");
+  text = replaced(text, "DeliveryMethod?=Cuvette", "DeliveryMethod?=autosampler");
+  text = replaced(text, "FileType?=DOS/Windows", "FileType?=macintosh");
+  // Keys are never compared: only the order of the lines counts.
+  text = replaced(text, "No.Colors?=3", "Colours=3");
+  AppState state;
+  state.Method.FilterSetting = 5;
+  state.Method.FileType = 2;
+  ScriptedOperator op;
+  ASSERT_TRUE(readText(state, op, text));
+  EXPECT_TRUE(state.Method.Fixed);  // only "False" clears a flag
+  EXPECT_FALSE(state.Method.Spillover);
+  EXPECT_FALSE(state.Method.PrintResults);   // only "True" sets it
+  EXPECT_EQ(state.Method.FilterSetting, 5);  // unknown filter text: code unchanged
+  EXPECT_EQ(state.Method.DeliveryMethod, 1);
+  EXPECT_EQ(state.Method.FileType, 1);
+  EXPECT_EQ(state.Method.NoColors, 3);
+  EXPECT_EQ(state.Method.FixedPairs[3], (ColourDeclaration{617.5f, 640, 12.5f, 2.5f, 10}));
+}
+
+TEST(MethodFile, SectionsNotInTheFileLeaveTheirFieldsAsTheyWere) {
+  AppState state;
+  state.Method = testing::SynchAutosamplerMethod();
+  state.Method.FixedPairs[4] = {1, 2, 3, 4, 5};
+  ScriptedOperator op;
+  ASSERT_TRUE(readText(state, op, readGolden("method/fixed_cuvette.mth")));
+  EXPECT_TRUE(state.Method.Autosampler == testing::SynchAutosamplerMethod().Autosampler);
+  EXPECT_TRUE(state.Method.SynchScan == testing::SynchAutosamplerMethod().SynchScan);
+  EXPECT_EQ(state.Method.FixedPairs[4], (ColourDeclaration{1, 2, 3, 4, 5}));
+
+  // No fixed section: the first marker found is the scan's, kept for the second test.
+  state.Method.FixedPairs[1] = {9, 9, 9, 9, 9};
+  ASSERT_TRUE(readText(state, op, readGolden("method/synch_autosampler.mth")));
+  EXPECT_EQ(state.Method.FixedPairs[1], (ColourDeclaration{9, 9, 9, 9, 9}));
+  EXPECT_TRUE(state.Method.Autosampler == testing::SynchAutosamplerMethod().Autosampler);
+  EXPECT_TRUE(op.shown.empty());
+}
+
+TEST(MethodFile, FixedRowsAreFreeFormatNumbers) {
+  const std::string header = firstLines(readGolden("method/fixed_cuvette.mth"), 18);
+  AppState state;
+  ScriptedOperator op;
+  ASSERT_TRUE(readText(state, op,
+                       header + "FIXED SCAN SECTION\r\nheadings\r\n380,440,5,5,1\r\n  493 515\r\n"
+                                "5\t5 4\r\n-1 x 2.5 2.5 3.6\r\n"));
+  EXPECT_EQ(state.Method.FixedPairs[1], (ColourDeclaration{380, 440, 5, 5, 1}));
+  EXPECT_EQ(state.Method.FixedPairs[2], (ColourDeclaration{493, 515, 5, 5, 4}));
+  EXPECT_EQ(state.Method.FixedPairs[3], (ColourDeclaration{-1, 0, 2.5f, 2.5f, 4}));
+}
+
+void expectInvalidBox(const ScriptedOperator& op, const std::string& offending) {
+  ASSERT_EQ(op.messages().size(), 1u);
+  const MessageBoxRequest box = op.messages()[0];
+  EXPECT_EQ(box.text, "Invalid Methods File.  RUN ABORTED.\rOffending string : " + offending +
+                          "\rPlease rebuild or try a different methods file.");
+  EXPECT_EQ(box.title, "ZORVEL ERROR");
+  EXPECT_EQ(box.icon, BoxIcon::Exclamation);
+  EXPECT_EQ(box.buttons, BoxButtons::Ok);
+  EXPECT_EQ(op.beeps, 1);
+}
+
+TEST(MethodFile, WrongVersionNamesTheVersionFound) {
+  AppState state;
+  ScriptedOperator op;
+  const std::string text = readGolden("method/fixed_cuvette.mth");
+  EXPECT_FALSE(readText(state, op, replaced(text, "Version?=12", "Version?=11")));
+  expectInvalidBox(op, "Method file version mismatch.  Expected 12 but found 11.");
+  EXPECT_FALSE(state.Method.Fixed);  // nothing read past the version
+
+  ScriptedOperator empty;
+  EXPECT_FALSE(readText(state, empty, ""));
+  expectInvalidBox(empty, "Method file version mismatch.  Expected 12 but found &^EOF^&.");
+}
+
+TEST(MethodFile, FileEndingEarlyFailsWithTheBoxAndLeavesTheProgramUsable) {
+  // Each file may end after its header or after any whole section; anywhere else is an error.
+  const std::vector<std::pair<const char*, std::vector<int>>> validEnds = {
+      {"method/fixed_cuvette.mth", {18}},
+      {"method/fixed_synch_cuvette.mth", {18, 22}},
+      {"method/synch_autosampler.mth", {18, 25}}};
+  for (const auto& [name, ends] : validEnds) {
+    const std::string golden = readGolden(name);
+    for (int k = 1; k < lineCount(golden); ++k) {
+      SCOPED_TRACE(std::string(name) + " cut after line " + std::to_string(k));
+      AppState state;
+      ScriptedOperator op;
+      const bool valid = std::find(ends.begin(), ends.end(), k) != ends.end();
+      EXPECT_EQ(readText(state, op, firstLines(golden, k)), valid);
+      EXPECT_EQ(op.messages().size(), valid ? 0u : 1u);
+      // The same state reads a whole file afterwards.
+      ScriptedOperator again;
+      EXPECT_TRUE(readText(state, again, golden));
+    }
+    AppState state;
+    ScriptedOperator op;
+    EXPECT_TRUE(readText(state, op, golden.substr(0, golden.size() - 2)));  // no last line end
+  }
+}
+
+TEST(MethodFile, OffendingStringIsTheLastTextValueRead) {
+  const std::string golden = readGolden("method/fixed_cuvette.mth");
+  AppState state;
+  ScriptedOperator op;
+  EXPECT_FALSE(readText(state, op, firstLines(golden, 5)));  // No.Pures missing
+  expectInvalidBox(op, "True");
+  EXPECT_EQ(state.Method.NoColors, 3);  // what was read keeps its new value
+
+  ScriptedOperator rows;
+  EXPECT_FALSE(readText(state, rows, firstLines(golden, 22)));  // three colours, two rows
+  expectInvalidBox(rows, "&^EOF^&");
+}
+
+TEST(MethodFile, MoreColoursThanTheTableHoldsIsAnError) {
+  std::string text =
+      replaced(readGolden("method/fixed_cuvette.mth"), "No.Colors?=3", "No.Colors?=31");
+  for (int i = 0; i < 28; ++i) text += " 1 2 3 4 5\r\n";
+  AppState state;
+  ScriptedOperator op;
+  EXPECT_FALSE(readText(state, op, text));
+  EXPECT_EQ(op.messages().size(), 1u);
+}
+
+TEST(MethodFile, UnreadableFileShowsTheBoxWithItsPath) {
+  AppState state;
+  ScriptedOperator op;
+  const std::string path = testing::makeTempDir("missing") + "gone.mth";
+  EXPECT_FALSE(ReadMethodFile(state, op, path));
+  expectInvalidBox(op, path);
+}
+
+TEST(MethodFile, FixedRowsFillFourteenColumnZones) {
+  // Each field: sign place, digits, a blank, then spaces to the end of its 14-column zone.
+  EXPECT_SAME_BYTES(std::string(" 493") + std::string(10, ' ') + " 515" + std::string(10, ' ') +
+                        " 5" + std::string(12, ' ') + " 5" + std::string(12, ' ') + " 5 \r\n",
+                    FixedPairLine({493, 515, 5, 5, 5}));
+  // A value longer than its zone pushes the next field to the following zone.
+  EXPECT_SAME_BYTES(std::string(" 1.234568E+07 ") + "-0.5" + std::string(10, ' ') + " 0" +
+                        std::string(12, ' ') + " 2.5" + std::string(10, ' ') + " 13 \r\n",
+                    FixedPairLine({12345678, -0.5f, 0, 2.5f, 13}));
+}
+
+}  // namespace
+}  // namespace zorvel
