@@ -1,3 +1,5 @@
-int main() {
-  return 0;
+#include "ui/desktop_program.h"
+
+int main(int argc, char** argv) {
+  return zorvel::ui::RunDesktopProgram(argc, argv);
 }

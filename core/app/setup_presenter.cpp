@@ -171,11 +171,9 @@ void SetupPresenter::ok() {
 }
 
 void SetupPresenter::cancel() {
+  endRequested_ = firstRun_;
   view_.close();
-  if (firstRun_) {
-    endRequested_ = true;
-    op_.endProgram(0);
-  }
+  if (endRequested_) op_.endProgram(0);
 }
 
 }  // namespace zorvel

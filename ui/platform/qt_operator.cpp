@@ -74,10 +74,19 @@ QString qtFilter(const std::string& filter) {
   return entries.join(";;");
 }
 
+// Message texts break lines with CR (or CR LF), as the program's messages are written.
+QString displayText(const std::string& text) {
+  QString shown = QString::fromStdString(text);
+  shown.replace("\r\n", "\n");
+  shown.replace('\r', '\n');
+  return shown;
+}
+
 int QtOperator::messageBox(const MessageBoxRequest& box) {
   return onGuiThread([&]() -> int {
-    QMessageBox dialog(qtIcon(box.icon), QString::fromStdString(box.title),
-                       QString::fromStdString(box.text), QMessageBox::NoButton, parent_);
+    QMessageBox dialog(qtIcon(box.icon), QString::fromStdString(box.title), displayText(box.text),
+                       QMessageBox::NoButton, parent_);
+    dialog.setObjectName("MessageBox");
     const auto buttons = buttonsOf(box.buttons);
     for (const auto& b : buttons) dialog.addButton(b.button);
     dialog.setDefaultButton(buttons.front().button);
@@ -94,9 +103,9 @@ std::string QtOperator::inputBox(const std::string& prompt, const std::string& t
                                  const std::string& defaultText) {
   return onGuiThread([&]() -> std::string {
     bool ok = false;
-    const QString text = QInputDialog::getText(parent_, QString::fromStdString(title),
-                                               QString::fromStdString(prompt), QLineEdit::Normal,
-                                               QString::fromStdString(defaultText), &ok);
+    const QString text =
+        QInputDialog::getText(parent_, QString::fromStdString(title), displayText(prompt),
+                              QLineEdit::Normal, QString::fromStdString(defaultText), &ok);
     return ok ? text.toStdString() : std::string();
   });
 }

@@ -34,5 +34,7 @@ class QtOperator final : public Operator {
 // Turns the filter text of a file request ("Selected Files (*.MTH)|*.MTH|All files (*.*)|*.*")
 // into Qt's form ("Selected Files (*.MTH);;All files (*)").
 QString qtFilter(const std::string& filter);
+// A message's text for a Qt box: CR and CR LF become line breaks.
+QString displayText(const std::string& text);
 
 }  // namespace zorvel::ui

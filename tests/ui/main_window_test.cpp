@@ -1,0 +1,60 @@
+#include "ui/windows/main_window.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "core/platform/page_printer.h"
+#include "core/platform/scripted_operator.h"
+#include "core/platform/virtual_clock.h"
+#include "support/bytes.h"
+#include "ui/qt_app.h"
+
+namespace zorvel {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(MainWindow, FirstStartMakesFoldersAsksForSetupAndExitLogs) {
+  testing::qtApp();
+  const std::string dir = testing::makeTempDir("mainwin");
+  AppState state;
+  ScriptedOperator op;
+  VirtualClock clock;
+  PagePrinter printer;
+  ui::MainWindow window(state, op, clock, printer);
+  window.setDisclaimerShown(false);
+
+  bool setupShown = false;
+  testing::whenShown("SETUPFORM", [&](QWidget* setup) {
+    setupShown = true;
+    QTest::mouseClick(setup->findChild<QPushButton*>("OK"), Qt::LeftButton);
+  });
+  ASSERT_TRUE(window.presenter().startUp(dir));
+  EXPECT_TRUE(setupShown);
+  EXPECT_TRUE(fs::is_directory(dir + "DATA"));
+  EXPECT_TRUE(fs::exists(dir + "ZORVEL.PRF"));
+  EXPECT_EQ(op.messages().size(), 2u);
+
+  window.show();
+  EXPECT_EQ(window.findChild<QLabel*>("MethodFile_Label")->text(), "None open.");
+  EXPECT_EQ(window.findChild<QLabel*>("DataFile_Label")->text(), "None open");
+  EXPECT_FALSE(window.findChild<QLabel*>("TrayFile_Label")->isVisible());
+  EXPECT_TRUE(window.action(MainMenu::SetupFluorimeter)->isEnabled());
+  EXPECT_FALSE(window.action(MainMenu::ShowExistingControls)->isEnabled());
+  EXPECT_EQ(window.action(MainMenu::Exit)->text(), "E&xit");
+
+  window.action(MainMenu::Exit)->trigger();
+  EXPECT_TRUE(op.ended);
+  EXPECT_FALSE(window.isVisible());
+  EXPECT_SAME_BYTES(
+      "ZORVEL Log File\r\nBoot up\t03-07-2000\t14:05:09\r\nStop Program\t03-07-2000\t14:05:09\r\n",
+      testing::readFile(dir + "ZORVEL.LOG"));
+}
+
+}  // namespace
+}  // namespace zorvel

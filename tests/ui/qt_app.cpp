@@ -1,0 +1,31 @@
+#include "ui/qt_app.h"
+
+#include <memory>
+
+namespace zorvel::testing {
+
+QApplication& qtApp() {
+  static int argc = 1;
+  static char name[] = "zorvel-tests";
+  static char* argv[] = {name, nullptr};
+  static auto* app = new QApplication(argc, argv);
+  return *app;
+}
+
+void whenShown(const QString& objectName, std::function<void(QWidget*)> act) {
+  auto* timer = new QTimer(&qtApp());
+  timer->setInterval(10);
+  QObject::connect(timer, &QTimer::timeout, timer, [timer, objectName, act] {
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+      if (w->objectName() == objectName && w->isVisible()) {
+        timer->stop();
+        timer->deleteLater();
+        act(w);
+        return;
+      }
+    }
+  });
+  timer->start();
+}
+
+}  // namespace zorvel::testing

@@ -1,0 +1,96 @@
+#include "ui/windows/setup_window.h"
+
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include "core/app/preferences_file.h"
+#include "core/platform/scripted_operator.h"
+#include "support/bytes.h"
+#include "ui/qt_app.h"
+
+namespace zorvel {
+namespace {
+
+template <typename T>
+T* child(QWidget* parent, const char* name) {
+  T* widget = parent->findChild<T*>(name);
+  EXPECT_NE(widget, nullptr) << name;
+  return widget;
+}
+
+class SetupWindowTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    testing::qtApp();
+    state.StartDirectory = dir;
+    state.BaseDirectoryPath = dir;
+    state.PreferencesPath = dir + "ZORVEL.PRF";
+    state.MethodsDirectory = dir + "METHODS";
+    window = std::make_unique<ui::SetupWindow>(state, op,
+                                               [this](const std::string& p) { trayShown = p; });
+  }
+  void click(const char* name) { child<QAbstractButton>(&*window, name)->click(); }
+
+  std::string dir = testing::makeTempDir("setupwin");
+  AppState state;
+  ScriptedOperator op;
+  std::string trayShown;
+  std::unique_ptr<ui::SetupWindow> window;
+};
+
+TEST_F(SetupWindowTest, FirstRunOffersExitAndDefaults) {
+  window->show();
+  EXPECT_EQ(window->windowTitle(), "ZORVEL Setup");
+  EXPECT_EQ(child<QPushButton>(&*window, "Cancel")->text(), "Exit");
+  EXPECT_TRUE(child<QRadioButton>(&*window, "Model2")->isChecked());
+  EXPECT_TRUE(child<QRadioButton>(&*window, "FlCom1")->isChecked());
+  EXPECT_TRUE(child<QCheckBox>(&*window, "Printer_Box")->isChecked());
+  EXPECT_FALSE(child<QWidget>(&*window, "Plate_Frame")->isVisible());
+  EXPECT_FALSE(child<QWidget>(&*window, "DilCom_Frame")->isVisible());
+  click("Cancel");
+  EXPECT_TRUE(op.ended);
+  EXPECT_EQ(window->result(), QDialog::Rejected);
+}
+
+TEST_F(SetupWindowTest, AutosamplerChecksThenOkWritesTheFile) {
+  window->show();
+  click("AutoSampler_Box");
+  EXPECT_TRUE(child<QWidget>(&*window, "Plate_Frame")->isVisible());
+  EXPECT_TRUE(child<QWidget>(&*window, "ASCom_Frame")->isVisible());
+  EXPECT_EQ(window->property("heightTwips").toInt(), 5100);
+  click("OK");
+  ASSERT_EQ(op.messages().size(), 1u);
+  EXPECT_EQ(op.messages()[0].text, "You must select a Plate Description File.");
+
+  testing::writeFile(dir + "tray.tgf", "0 0 0\n10 10 1\n");
+  op.chooseNext(dir + "tray.tgf");
+  click("ChooseFile");
+  // Shown lower-cased, opened as chosen.
+  EXPECT_EQ(child<QLabel>(&*window, "PlateFile_Label")->text(),
+            QString::fromStdString(dir + "tray.tgf").toLower());
+  EXPECT_EQ(trayShown, dir + "tray.tgf");
+
+  click("DilCom1");  // the fluorimeter is on COM1 too
+  click("OK");
+  EXPECT_EQ(op.messages().back().text,
+            "The flourimeter and dilutor station have been assigned to the same COM port!  "
+            "Please change.");
+  EXPECT_TRUE(window->isVisible());
+  click("DilCom4");
+  click("Model1");
+  click("Printer_Box");
+  click("OK");
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_EQ(window->result(), QDialog::Accepted);
+  Preferences expected{1, 1, 4, 3, 0, true, dir, dir + "tray.tgf"};
+  EXPECT_SAME_BYTES(PreferencesFileText(expected), testing::readFile(state.PreferencesPath));
+}
+
+}  // namespace
+}  // namespace zorvel

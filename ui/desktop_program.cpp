@@ -1,0 +1,84 @@
+#include "ui/desktop_program.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QMessageBox>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+
+#include "core/app/app_state.h"
+#include "core/app/demo_workspace.h"
+#include "core/app/port_map.h"
+#include "core/platform/real_clock.h"
+#include "ui/desktop_options.h"
+#include "ui/platform/qt_operator.h"
+#include "ui/platform/qt_printer.h"
+#include "ui/windows/main_window.h"
+
+namespace zorvel::ui {
+
+namespace {
+
+// Every instrument on the simulator: --simulate, and the demo workspace's ports file.
+std::vector<std::string> portEntries(const DesktopOptions& options) {
+  std::vector<std::string> entries;
+  if (options.simulate) {
+    for (int com = 1; com <= 4; ++com) entries.push_back("COM" + std::to_string(com) + "=sim");
+  }
+  entries.insert(entries.end(), options.portEntries.begin(), options.portEntries.end());
+  return entries;
+}
+
+}  // namespace
+
+int RunDesktopProgram(int argc, char** argv) {
+  QApplication app(argc, argv);
+  QApplication::setApplicationName("zorvel");
+  QApplication::setApplicationVersion(QString("%1.%2.%3")
+                                          .arg(ZORVEL_VERSION_MAJOR)
+                                          .arg(ZORVEL_VERSION_MINOR)
+                                          .arg(ZORVEL_VERSION_PATCH));
+  std::string error;
+  const auto options = ParseDesktopOptions(QApplication::arguments(), &error);
+  if (!options) {
+    std::fprintf(stderr, "zorvel: %s\n", error.c_str());
+    return 2;
+  }
+
+  QtOperator op;
+  std::string startDirectory = options->startDirectory;
+  if (options->demoDirectory) {
+    if (!PrepareDemoWorkspace(*options->demoDirectory, op)) return 1;
+    startDirectory = *options->demoDirectory;
+  }
+  if (!startDirectory.empty()) {
+    std::error_code ec;
+    std::filesystem::current_path(startDirectory, ec);
+    if (ec) {
+      std::fprintf(stderr, "zorvel: cannot use %s as the start-up directory: %s\n",
+                   startDirectory.c_str(), ec.message().c_str());
+      return 2;
+    }
+  }
+
+  auto state = std::make_unique<AppState>();
+  RealClock clock;
+  QtPrinter printer(QString::fromStdString(options->printTo));
+  MainWindow window(*state, op, clock, printer);
+  op.setParent(&window);
+  window.setDisclaimerShown(options->showDisclaimer);
+
+  if (!window.presenter().startUp(QDir::currentPath().toStdString())) return op.exitCode();
+  std::vector<std::string> rejected;
+  const PortMap ports = LoadPortMap(portEntries(*options), state->PreferencesPath, &rejected);
+  for (const auto& entry : rejected) {
+    op.message("The port assignment \"" + entry + "\" is not of the form COMn=DEVICE.",
+               "ZORVEL ERROR", BoxIcon::Exclamation);
+  }
+  (void)ports;  // handed to the instrument windows as they arrive
+  window.show();
+  return QApplication::exec();
+}
+
+}  // namespace zorvel::ui

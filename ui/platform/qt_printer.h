@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+
+#include "core/platform/page_printer.h"
+#include "core/platform/printer.h"
+
+namespace zorvel::ui {
+
+// The desktop printer: lines are laid out as plain text pages (the same model the tests
+// check) and sent, at the end of the document, to the system printer or to a PDF file.
+class QtPrinter final : public Printer {
+ public:
+  // An empty pdfPath prints on the system's default printer.
+  explicit QtPrinter(QString pdfPath = {}) : pdfPath_(std::move(pdfPath)) {}
+
+  void print(std::string_view text) override { pages_.print(text); }
+  void tab(int column) override { pages_.tab(column); }
+  void endLine() override { pages_.endLine(); }
+  void newPage() override { pages_.newPage(); }
+  void endDocument() override;
+
+  int documentsSent() const { return sent_; }
+
+ private:
+  QString pdfPath_;
+  PagePrinter pages_;
+  int sent_ = 0;
+};
+
+}  // namespace zorvel::ui

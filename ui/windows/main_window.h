@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QMainWindow>
+#include <map>
+
+#include "core/app/main_presenter.h"
+#include "core/app/main_view.h"
+
+class QAction;
+class QGroupBox;
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+
+namespace zorvel::ui {
+
+// MAIN, the parent window, holding METHODFORM, the main method window with its menus, its
+// current-files frame and the settings of the loaded method. The rules live in MainPresenter.
+class MainWindow final : public QMainWindow, public MainView {
+  Q_OBJECT
+ public:
+  MainWindow(AppState& state, Operator& op, Clock& clock, Printer& printer,
+             QWidget* parent = nullptr);
+
+  MainPresenter& presenter() { return presenter_; }
+  QAction* action(MainMenu item) const { return actions_.at(item); }
+  // Skips the modal disclaimer (tests and unattended starts).
+  void setDisclaimerShown(bool shown) { disclaimerEnabled_ = shown; }
+
+  void setMethodFileLabel(const std::string& text) override;
+  void setDataFileLabel(const std::string& text) override;
+  void setTrayFile(const std::string& path, bool visible) override;
+  void setMenuEnabled(MainMenu item, bool enabled) override;
+  void setCurrentFilesVisible(bool visible) override;
+  void setMethodControlsEnabled(bool enabled) override;
+  void showMethodSettings(const AppState& state) override;
+  void showDisclaimer() override;
+  bool runSetupWindow() override;
+  void closeAllWindows() override;
+
+ protected:
+  bool event(QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void buildMenus();
+  QWidget* buildMethodForm();
+  void showAbout();
+
+  AppState& state_;
+  Operator& op_;
+  MainPresenter presenter_;
+  std::map<MainMenu, QAction*> actions_;
+  QGroupBox* currentFiles_ = nullptr;
+  QLabel* methodLabel_ = nullptr;
+  QLabel* dataLabel_ = nullptr;
+  QLabel* trayCaption_ = nullptr;
+  QLabel* trayLabel_ = nullptr;
+  QPlainTextEdit* methodView_ = nullptr;
+  QPushButton* cancel_ = nullptr;
+  bool disclaimerEnabled_ = true;
+  bool stopping_ = false;
+  bool activationQueued_ = false;
+};
+
+}  // namespace zorvel::ui
