@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+
+#include "core/app/app_state.h"
+#include "core/datafiles/quality_databases.h"
+#include "core/method/main_window_update.h"
+#include "core/platform/clock.h"
+#include "core/platform/operator.h"
+
+// Creating a data file set before a run, and reopening one to append to it.
+namespace zorvel {
+
+struct CreateDataSetResult {
+  bool created = false;  // false when the dialog was cancelled; nothing was written then
+  bool written = true;   // false when a file of the set could not be created
+  // The run's new-data-file and data-file-open flags are both set when created.
+  MainWindowUpdate window;  // the data-file label
+};
+
+// The Save As dialog on DataDirectory ("FIX" with fixed reads, else "SYN"; ask before
+// overwriting). On an answer: DataSetName = the chosen file name without directory and
+// extension, then WriteDataSetHeaders with the clock's date and time.
+CreateDataSetResult CreateDataFileSet(AppState& state, Operator& op, Clock& clock,
+                                      QualityDatabases& databases);
+
+struct ReopenResult {
+  bool ok = false;
+  int lastSampleNumber = 0;
+  // The set already holds sample records (the run's samples-present flag).
+  bool samplesPresent = false;
+  // The run's next sample number and its first sample number: the last one + 1.
+  int nextSampleNumber = 1;
+  MainWindowUpdate window;
+};
+
+// Reopens the set whose ".FIX" or ".SYN" file is at the path: checks the first two header lines
+// ("Invalid data file format. Line 1.", "Invalid file format. Line 2."), reads the method named
+// in line 2 (its own box on failure), sets state.DataSet from the method just read, finds the
+// last sample number and loads the control and blank databases. On any failure state.DataSet is
+// left as it was (the method reader may have filled some method fields).
+ReopenResult ReopenDataFileSet(AppState& state, Operator& op, const std::string& path,
+                               QualityDatabases& databases);
+
+// "&Append Data File": the Open dialog on DataDirectory ("FIX;*.SYN", file must exist);
+// cancelling does nothing; a missing file shows "File does not exist.". On success the
+// update disables the file and instrument menus, shows the method, clears NewDataSet and sets
+// LineEnding from the method's FileType.
+ReopenResult AppendDataFile(AppState& state, Operator& op, QualityDatabases& databases);
+
+}  // namespace zorvel

@@ -1,0 +1,190 @@
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "core/datafiles/data_set_commands.h"
+#include "core/datafiles/data_set_headers.h"
+#include "core/datafiles/file_output.h"
+#include "core/method/method_file.h"
+#include "core/platform/scripted_operator.h"
+#include "method/method_examples.h"
+#include "support/bytes.h"
+
+namespace zorvel {
+namespace {
+
+using testing::readGolden;
+using testing::writeFile;
+
+class RecordingDatabases final : public QualityDatabases {
+ public:
+  void resetCounts() override {}
+  void load(const std::string& ctl, const std::string& blk) override {
+    loaded.push_back(ctl + "|" + blk);
+  }
+  std::vector<std::string> loaded;
+};
+
+// A data set made as a run makes it: the method file, the headers, then the records appended.
+struct SavedSet {
+  std::string directory;
+  std::string methodPath;
+  std::string chosenPath;  // as typed in the Save As dialog
+  std::string dataPath;    // the file it made, which reopening chooses
+};
+
+SavedSet makeSet(const MethodSettings& method, const std::string& name,
+                 const std::string& records) {
+  SavedSet set;
+  set.directory = testing::makeTempDir("reopen");
+  set.methodPath = set.directory + "Study.MTH";
+  EXPECT_TRUE(WriteMethodFile(method, set.methodPath));
+  AppState writer;
+  FillColourTables(writer);
+  writer.Method = method;
+  writer.LineEnding = method.FileType == 2 ? "\r" : "\r\n";
+  writer.DataSet.MethodFilePath = set.methodPath;
+  NoQualityDatabases none;
+  set.chosenPath = set.directory + name;
+  WriteDataSetHeaders(writer, set.chosenPath, CalendarTime{}, none);
+  const std::string base = set.directory + name.substr(0, name.find('.'));
+  set.dataPath = base + (method.Fixed ? ".FIX" : ".SYN");
+  EXPECT_TRUE(AppendRecord(set.dataPath, records));
+  return set;
+}
+
+TEST(ReopenDataFileSet, ContinuesAfterTheLastNumberedRecord) {
+  const SavedSet set = makeSet(testing::FixedCuvetteMethod(), "liver.fix",
+                               "B0\t0.010\t0.020\t0.030\r\n"
+                               "P1\t5.000\t0.100\t0.200\r\n"
+                               "S16\t1.000\t2.000\t3.000\r\n"
+                               "R17\t1.000\t2.000\t3.000\r\n"
+                               "S17\t1.000\t2.000\t3.000\tcloudy\r\n"
+                               "P9\t5.000\t0.100\t0.200\r\n"
+                               "\r\n");
+  AppState state;
+  ScriptedOperator op;
+  RecordingDatabases databases;
+  const ReopenResult r = ReopenDataFileSet(state, op, set.dataPath, databases);
+  ASSERT_TRUE(r.ok);
+  EXPECT_TRUE(op.shown.empty());
+  EXPECT_EQ(r.lastSampleNumber, 17);
+  EXPECT_EQ(r.nextSampleNumber, 18);
+  EXPECT_TRUE(r.samplesPresent);
+  EXPECT_TRUE(state.Method == testing::FixedCuvetteMethod());
+  EXPECT_EQ(state.DataSet.MethodFilePath, set.methodPath);
+  EXPECT_EQ(state.DataSet.DataSetName, "liver");
+  EXPECT_EQ(state.DataSet.FixPath, set.directory + "liver.FIX");
+  EXPECT_EQ(state.DataSet.SynPath, "");
+  EXPECT_EQ(state.LineEnding, "\r\n");
+  EXPECT_EQ(r.window.methodFileLabel, set.methodPath);
+  EXPECT_EQ(r.window.dataFileLabel, set.directory + "liver.FIX");
+  EXPECT_EQ(databases.loaded,
+            std::vector<std::string>{set.directory + "liver.CTL|" + set.directory + "liver.BLK"});
+}
+
+TEST(ReopenDataFileSet, SetOfPuresAloneStartsAtOne) {
+  const SavedSet set = makeSet(testing::FixedCuvetteMethod(), "pures.fix",
+                               "B0\t0.010\t0.020\t0.030\r\nP1\t5.000\t0.1\t0.2\r\n"
+                               "P2\t0.1\t5.000\t0.2\r\nP3\t0.1\t0.2\t5.000\r\n");
+  AppState state;
+  ScriptedOperator op;
+  NoQualityDatabases none;
+  const ReopenResult r = ReopenDataFileSet(state, op, set.dataPath, none);
+  ASSERT_TRUE(r.ok);
+  EXPECT_EQ(r.lastSampleNumber, 0);
+  EXPECT_EQ(r.nextSampleNumber, 1);
+  EXPECT_FALSE(r.samplesPresent);
+}
+
+TEST(ReopenDataFileSet, ScanSetInMacintoshLineEnds) {
+  MethodSettings method = testing::SynchAutosamplerMethod();
+  method.FileType = 2;
+  const SavedSet set = makeSet(method, "plate.syn",
+                               "B0  1 2 \rP1  1.5 2 \rS1  3 4 \rC1  3 4 \rS3  1 2 \rB3  0 0 \r");
+  AppState state;
+  ScriptedOperator op;
+  RecordingDatabases databases;
+  const ReopenResult r = ReopenDataFileSet(state, op, set.dataPath, databases);
+  ASSERT_TRUE(r.ok);
+  EXPECT_EQ(r.lastSampleNumber, 3);
+  EXPECT_EQ(r.nextSampleNumber, 4);
+  EXPECT_TRUE(r.samplesPresent);
+  EXPECT_EQ(state.LineEnding, "\r");
+  EXPECT_EQ(state.DataSet.SynPath, set.directory + "plate.SYN");
+  EXPECT_EQ(state.DataSet.LogFilePath, set.directory + "plate.LOG");
+  EXPECT_EQ(r.window.dataFileLabel, set.directory + "plate.SYN");
+  EXPECT_TRUE(databases.loaded.empty());
+}
+
+TEST(ReopenDataFileSet, BadHeadersAndMissingMethodsLeaveTheSetClosed) {
+  const std::string directory = testing::makeTempDir("bad");
+  const std::string methodPath = directory + "m.mth";
+  writeFile(methodPath, readGolden("method/fixed_cuvette.mth"));
+  struct Case {
+    std::string text;
+    std::string message;
+  };
+  const std::vector<Case> cases = {
+      {"", "Invalid data file format. Line 1."},
+      {"Data File /x/run.FIX\r\nMethod name\t" + methodPath + "\r\n",
+       "Invalid data file format. Line 1."},
+      {"Data File\t/x/run.FIX\r\nMethod name " + methodPath + "\r\n",
+       "Invalid file format. Line 2."},
+      {"Data File\t/x/run.FIX\r\n", "Invalid file format. Line 2."},
+      // A comma ends the first field; what follows it is read as the second line.
+      {"Data File\t/x/a,b.FIX\r\nMethod name\t" + methodPath + "\r\n",
+       "Invalid file format. Line 2."},
+      {"Data File\t/x/run.FIX\r\nMethod name\t" + directory + "gone.mth\r\n",
+       InvalidMethodFileMessage(directory + "gone.mth")},
+      {"\xff\xfe\t\x01\r\n\t\r\n", InvalidMethodFileMessage("")},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::visible(c.text));
+    writeFile(directory + "run.FIX", c.text);
+    AppState state;
+    state.DataSet.FixPath = "/before.FIX";
+    const DataSetPaths before = state.DataSet;
+    ScriptedOperator op;
+    NoQualityDatabases none;
+    EXPECT_FALSE(ReopenDataFileSet(state, op, directory + "run.FIX", none).ok);
+    ASSERT_EQ(op.messages().size(), 1u);
+    EXPECT_EQ(op.messages()[0].text, c.message);
+    EXPECT_EQ(op.messages()[0].title, "ZORVEL ERROR");
+    EXPECT_TRUE(state.DataSet == before);
+  }
+}
+
+TEST(AppendDataFile, DialogMissingFileAndSuccess) {
+  const SavedSet set = makeSet(testing::FixedCuvetteMethod(), "liver.fix", "S4\t1\t2\t3\r\n");
+  AppState state;
+  state.DataDirectory = set.directory;
+  NoQualityDatabases none;
+
+  ScriptedOperator cancelled;
+  EXPECT_FALSE(AppendDataFile(state, cancelled, none).ok);
+  ASSERT_EQ(cancelled.shown.size(), 1u);
+  const FileDialogRequest& dialog = cancelled.shown[0].dialog;
+  EXPECT_EQ(dialog.filter, "Selected Files (*.FIX;*.SYN)|*.FIX;*.SYN|All files (*.*)|*.*");
+  EXPECT_EQ(dialog.initialDirectory, set.directory);
+  EXPECT_EQ(dialog.flags, 4096);
+
+  ScriptedOperator missing;
+  missing.chooseNext(set.directory + "other.fix");
+  EXPECT_FALSE(AppendDataFile(state, missing, none).ok);
+  ASSERT_EQ(missing.messages().size(), 1u);
+  EXPECT_EQ(missing.messages()[0].text, "File does not exist.");
+  EXPECT_EQ(missing.messages()[0].icon, BoxIcon::Exclamation);
+
+  ScriptedOperator chosen;
+  chosen.chooseNext(set.directory + "liver.FIX");
+  const ReopenResult r = AppendDataFile(state, chosen, none);
+  ASSERT_TRUE(r.ok);
+  EXPECT_EQ(r.window.fileAndInstrumentMenusEnabled, false);
+  EXPECT_TRUE(r.window.showMethod);
+  EXPECT_EQ(r.window.newDataSet, false);
+  EXPECT_EQ(r.window.firstSampleNumber, 5);
+}
+
+}  // namespace
+}  // namespace zorvel
