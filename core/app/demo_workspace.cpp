@@ -6,6 +6,7 @@
 #include "core/app/file_helpers.h"
 #include "core/app/port_map.h"
 #include "core/app/preferences_file.h"
+#include "core/method/demo_methods.h"
 
 namespace zorvel {
 
@@ -32,6 +33,15 @@ bool PrepareDemoWorkspace(const std::string& directory, Operator& op) {
   prefs.BaseDirectoryPath = fs::absolute(directory).lexically_normal().string();
   if (prefs.BaseDirectoryPath.size() > 1 && prefs.BaseDirectoryPath.back() == '/')
     prefs.BaseDirectoryPath.pop_back();
+  // The methods are written by the program itself, so they are what a user would have saved.
+  AppState demo;
+  FillModelNames(demo);
+  FillColourTables(demo);
+  const std::string methods = JoinPath(prefs.BaseDirectoryPath, "METHODS");
+  if (WriteDemoMethods(demo, op, methods)) {
+    prefs.AutoSampler = true;
+    prefs.TrayGeometryFile = JoinPath(methods, kDemoTrayGeometry);
+  }
   return WritePreferencesFile(prefsPath, prefs);
 }
 

@@ -5,13 +5,18 @@
 
 #include "core/app/file_helpers.h"
 #include "core/app/startup.h"
+#include "core/datafiles/data_set_commands.h"
+#include "core/datafiles/method_summary.h"
+#include "core/method/method_commands.h"
+#include "core/platform/page_printer.h"
 
 namespace zorvel {
 
 MainPresenter::MainPresenter(AppState& state, Operator& op, Clock& clock, Printer& printer,
                              MainView& view)
     : state_(state), op_(op), clock_(clock), printer_(printer), view_(view) {
-  for (MainMenu item : {MainMenu::Exit, MainMenu::SetupFluorimeter, MainMenu::About})
+  for (MainMenu item : {MainMenu::NewMethodFile, MainMenu::EditMethodFile, MainMenu::AppendDataFile,
+                        MainMenu::Exit, MainMenu::SetupFluorimeter, MainMenu::About})
     available_.insert(item);
 }
 
@@ -86,6 +91,50 @@ void MainPresenter::stopProgram() {
 void MainPresenter::closeBox() {
   endWork();
   op_.endProgram(0);
+}
+
+// The loaded method, laid out as its printed summary.
+std::string MainPresenter::methodSummaryText() const {
+  PagePrinter page;
+  PrintMethodSummary(state_, page, editor_.NewDataSet, clock_.now());
+  return page.currentText();
+}
+
+void MainPresenter::apply(const MainWindowUpdate& update) {
+  if (update.methodFileLabel) view_.setMethodFileLabel(*update.methodFileLabel);
+  if (update.dataFileLabel) view_.setDataFileLabel(*update.dataFileLabel);
+  if (update.fileAndInstrumentMenusEnabled) {
+    for (MainMenu item :
+         {MainMenu::NewMethodFile, MainMenu::EditMethodFile, MainMenu::AppendDataFile,
+          MainMenu::RunWatercell, MainMenu::IntensityCheck, MainMenu::SetupFluorimeter})
+      enable(item, *update.fileAndInstrumentMenusEnabled);
+  }
+  if (update.newDataSet) editor_.NewDataSet = *update.newDataSet;
+  if (update.coloursDeclared) editor_.ColoursDeclared = *update.coloursDeclared;
+  if (update.colourBackupPending) editor_.colourBackupPending = true;
+  if (update.firstSampleNumber) editor_.FirstSampleNumber = *update.firstSampleNumber;
+  if (update.showMethod) {
+    view_.setMethodControlsEnabled(true);
+    view_.setTrayFile(state_.Prefs.TrayGeometryFile, state_.Method.DeliveryMethod == 2);
+    view_.showMethodSettings(methodSummaryText());
+  }
+}
+
+void MainPresenter::newMethodFile() {
+  apply(NewMethodFile(state_, op_).window);
+}
+
+void MainPresenter::editMethodFile() {
+  apply(EditMethodFile(state_, op_).window);
+}
+
+void MainPresenter::appendDataFile() {
+  const ReopenResult result = AppendDataFile(state_, op_, *databases_);
+  if (!result.ok) return;
+  editor_.lastSampleNumber = result.lastSampleNumber;
+  editor_.samplesPresent = result.samplesPresent;
+  editor_.FirstSampleNumber = result.nextSampleNumber;
+  apply(result.window);
 }
 
 }  // namespace zorvel

@@ -6,6 +6,8 @@
 
 #include "core/app/app_state.h"
 #include "core/app/main_view.h"
+#include "core/datafiles/quality_databases.h"
+#include "core/method/main_window_update.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/printer.h"
@@ -39,9 +41,30 @@ class MainPresenter {
   // The state with no method loaded: labels "None open.", menus enabled, controls reset.
   void showNoMethodState();
 
+  // "&New Method File", "&Edit Method File", "&Append Data File".
+  void newMethodFile();
+  void editMethodFile();
+  void appendDataFile();
+  // Where the control and blank databases of a reopened set are loaded.
+  void setQualityDatabases(QualityDatabases& databases) { databases_ = &databases; }
+
+  // The method editor's own state beside the method record.
+  struct EditorState {
+    bool NewDataSet = false;
+    bool ColoursDeclared = false;
+    bool colourBackupPending = false;
+    int FirstSampleNumber = -1;
+    // The last sample number of a reopened set and whether it holds samples.
+    int lastSampleNumber = 0;
+    bool samplesPresent = false;
+  };
+  const EditorState& editor() const { return editor_; }
+
  private:
   void enable(MainMenu item, bool enabled);
   void endWork();
+  void apply(const MainWindowUpdate& update);
+  std::string methodSummaryText() const;
 
   AppState& state_;
   Operator& op_;
@@ -50,6 +73,9 @@ class MainPresenter {
   MainView& view_;
   std::set<MainMenu> available_;
   std::function<void()> closePorts_;
+  NoQualityDatabases noDatabases_;
+  QualityDatabases* databases_ = &noDatabases_;
+  EditorState editor_;
 };
 
 }  // namespace zorvel

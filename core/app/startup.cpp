@@ -5,6 +5,7 @@
 #include "core/app/directory_structure.h"
 #include "core/app/file_helpers.h"
 #include "core/app/preferences_file.h"
+#include "core/method/method_defaults.h"
 
 namespace zorvel {
 
@@ -57,6 +58,7 @@ bool StartUp(AppState& state, const std::string& currentDirectory, Operator& op,
   view.setMethodFileLabel("None open.");
   view.setDataFileLabel("None open");
   view.setTrayFile(state.Prefs.TrayGeometryFile, state.Prefs.AutoSampler);
+  SetAutosamplerDefaults(state);
 
   state.Flags = RunFlags{};
   state.DatabaseHeaderLines = 3;

@@ -22,7 +22,10 @@ class FakeMainView : public MainView {
   void setMenuEnabled(MainMenu item, bool enabled) override { menus[item] = enabled; }
   void setCurrentFilesVisible(bool visible) override { currentFilesVisible = visible; }
   void setMethodControlsEnabled(bool enabled) override { controlsEnabled = enabled; }
-  void showMethodSettings(const AppState&) override { ++methodShown; }
+  void showMethodSettings(const std::string& text) override {
+    ++methodShown;
+    methodText = text;
+  }
   void showDisclaimer() override { ++disclaimers; }
   bool runSetupWindow() override {
     ++setupRuns;
@@ -30,7 +33,7 @@ class FakeMainView : public MainView {
   }
   void closeAllWindows() override { closed = true; }
 
-  std::string methodLabel, dataLabel, trayFile;
+  std::string methodLabel, dataLabel, trayFile, methodText;
   bool trayVisible = false;
   std::map<MainMenu, bool> menus;
   bool currentFilesVisible = true;

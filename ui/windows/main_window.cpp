@@ -65,6 +65,12 @@ void MainWindow::buildMenus() {
     presenter_.stopProgram();
   });
   connect(setup, &QAction::triggered, this, [this] { presenter_.setupFluorimeter(); });
+  connect(actions_[MainMenu::NewMethodFile], &QAction::triggered, this,
+          [this] { presenter_.newMethodFile(); });
+  connect(actions_[MainMenu::EditMethodFile], &QAction::triggered, this,
+          [this] { presenter_.editMethodFile(); });
+  connect(actions_[MainMenu::AppendDataFile], &QAction::triggered, this,
+          [this] { presenter_.appendDataFile(); });
   connect(about, &QAction::triggered, this, [this] { showAbout(); });
 }
 
@@ -135,7 +141,9 @@ void MainWindow::setMethodControlsEnabled(bool enabled) {
   cancel_->setEnabled(enabled);
 }
 
-void MainWindow::showMethodSettings(const AppState&) {}
+void MainWindow::showMethodSettings(const std::string& text) {
+  methodView_->setPlainText(QString::fromLatin1(text.data(), static_cast<int>(text.size())));
+}
 
 void MainWindow::showDisclaimer() {
   if (!disclaimerEnabled_) return;

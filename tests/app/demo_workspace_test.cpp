@@ -1,0 +1,77 @@
+#include "core/app/demo_workspace.h"
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "app/fake_views.h"
+#include "core/app/main_presenter.h"
+#include "core/app/port_map.h"
+#include "core/method/demo_methods.h"
+#include "core/method/method_commands.h"
+#include "core/platform/page_printer.h"
+#include "core/platform/scripted_operator.h"
+#include "core/platform/virtual_clock.h"
+#include "support/bytes.h"
+
+namespace zorvel {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(DemoWorkspace, StartsWithoutQuestionsOnSimulatedInstrumentsAndLoadsItsMethods) {
+  const std::string dir = testing::makeTempDir("demo");
+  ScriptedOperator op;
+  ASSERT_TRUE(PrepareDemoWorkspace(dir + "ws", op));
+  EXPECT_TRUE(op.shown.empty());
+  const PortMap ports = LoadPortMap({}, dir + "ws/ZORVEL.PRF");
+  EXPECT_TRUE(ports.isSimulated(1) && ports.isSimulated(2) && ports.isSimulated(3));
+
+  AppState state;
+  VirtualClock clock;
+  PagePrinter printer;
+  testing::FakeMainView view;
+  MainPresenter presenter(state, op, clock, printer, view);
+  ASSERT_TRUE(presenter.startUp(dir + "ws"));
+  EXPECT_TRUE(op.shown.empty());
+  EXPECT_TRUE(state.Prefs.AutoSampler);
+  EXPECT_EQ(state.Tray.TubeCount, 96);
+  EXPECT_EQ(state.Method.Autosampler.EndingTube, 96);  // autosampler defaults follow the tray
+  EXPECT_TRUE(view.trayVisible);
+
+  op.chooseNext(state.MethodsDirectory + "/" + kDemoFixedMethod);
+  presenter.editMethodFile();
+  EXPECT_TRUE(op.messages().empty());
+  // The label shows the path lower-cased; the file was opened as chosen.
+  EXPECT_EQ(view.methodLabel,
+            LowerCasedForDisplay(state.MethodsDirectory + "/" + kDemoFixedMethod));
+  EXPECT_EQ(view.methodShown, 1);
+  EXPECT_FALSE(view.methodText.empty());
+  EXPECT_TRUE(state.Method.Fixed);
+
+  // A second preparation reuses the workspace as it is.
+  testing::writeFile(dir + "ws/ZORVEL.PRF", "kept");
+  ASSERT_TRUE(PrepareDemoWorkspace(dir + "ws", op));
+  EXPECT_EQ(testing::readFile(dir + "ws/ZORVEL.PRF"), "kept");
+}
+
+TEST(DemoWorkspace, AppendingAMissingSetSaysSoAndChangesNothing) {
+  const std::string dir = testing::makeTempDir("demo-append");
+  ScriptedOperator op;
+  ASSERT_TRUE(PrepareDemoWorkspace(dir, op));
+  AppState state;
+  VirtualClock clock;
+  PagePrinter printer;
+  testing::FakeMainView view;
+  MainPresenter presenter(state, op, clock, printer, view);
+  ASSERT_TRUE(presenter.startUp(dir));
+  op.chooseNext(state.DataDirectory + "/none.fix");
+  presenter.appendDataFile();
+  ASSERT_EQ(op.messages().size(), 1u);
+  EXPECT_EQ(op.messages()[0].text, "File does not exist.");
+  EXPECT_EQ(view.methodShown, 0);
+  EXPECT_EQ(view.dataLabel, "None open");
+}
+
+}  // namespace
+}  // namespace zorvel
