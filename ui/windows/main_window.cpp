@@ -180,8 +180,10 @@ void MainWindow::showAbout() {
 }
 
 bool MainWindow::event(QEvent* event) {
-  // The disclaimer is modal: show it once the activation itself has been handled.
-  if (event->type() == QEvent::WindowActivate && state_.FirstActivation && !activationQueued_) {
+  // The disclaimer is modal: show it once the activation itself has been handled. A desktop
+  // without a window manager never activates a window, so being shown counts as well.
+  const bool activation = event->type() == QEvent::WindowActivate || event->type() == QEvent::Show;
+  if (activation && state_.FirstActivation && !activationQueued_) {
     activationQueued_ = true;
     QTimer::singleShot(0, this, [this] { presenter_.activated(); });
   }
