@@ -15,6 +15,9 @@ namespace zorvel::sim {
 
 namespace {
 
+// The most characters written to the terminal at once.
+constexpr std::size_t kPieceSize = 16;
+
 void closeFd(int& fd) {
   if (fd >= 0) ::close(fd);
   fd = -1;
@@ -70,16 +73,20 @@ void PtyBridge::closeDevice() {
 
 void PtyBridge::transmit(std::string_view bytes, double startS) {
   double t = std::max(startS, receiveBusyUntilS_);
-  for (char c : bytes) {
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
     t += SimulatedLine::kCharacterTimeS;
-    outgoing_.emplace_back(t, c);
+    const bool endsPiece = i + 1 == bytes.size() || i % kPieceSize == kPieceSize - 1;
+    outgoing_.push_back(Outgoing{t, bytes[i], endsPiece});
   }
   receiveBusyUntilS_ = t;
 }
 
 std::optional<double> PtyBridge::nextDueS() const {
-  if (outgoing_.empty() || master_ < 0) return std::nullopt;
-  return outgoing_.front().first;
+  if (master_ < 0) return std::nullopt;
+  for (const Outgoing& o : outgoing_) {
+    if (o.endsPiece) return o.dueS;
+  }
+  return std::nullopt;
 }
 
 void PtyBridge::takeInput(double nowS) {
@@ -102,9 +109,13 @@ void PtyBridge::takeInput(double nowS) {
 
 void PtyBridge::sendDue(double nowS) {
   std::string due;
-  for (const auto& [at, c] : outgoing_) {
-    if (at > nowS) break;
-    due.push_back(c);
+  std::size_t count = 0;
+  for (const Outgoing& o : outgoing_) {
+    if (o.dueS > nowS) break;
+    ++count;
+    if (o.endsPiece) {
+      while (due.size() < count) due.push_back(outgoing_[due.size()].byte);
+    }
   }
   if (due.empty() || master_ < 0) return;
   const ssize_t n = ::write(master_, due.data(), due.size());

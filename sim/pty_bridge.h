@@ -16,7 +16,10 @@ namespace zorvel::sim {
 // Serves one simulated instrument on a pseudo-terminal, so that the program (or any terminal
 // program) talks to it through a real serial device such as /dev/pts/7. What the program writes
 // reaches the instrument with the moment it would have fully arrived at 9600 baud; what the
-// instrument transmits is written to the terminal one character time apart, at its moments.
+// instrument transmits is written to the terminal at its moments: a reply goes out in pieces
+// of up to 16 characters, each when its last character would have arrived, so that the time
+// the whole reply takes is true to the line speed while a busy machine never splits a short
+// reply into parts that a reader could take for two.
 //
 // Times given to the instrument are simulation seconds; the PtyServer that drives the bridge
 // maps them to the real clock. The bridge keeps the terminal's own end open, so the program
@@ -53,7 +56,12 @@ class PtyBridge final : public LineEnd {
   int master_ = -1;
   int slave_ = -1;
   std::string devicePath_;
-  std::deque<std::pair<double, char>> outgoing_;
+  struct Outgoing {
+    double dueS;
+    char byte;
+    bool endsPiece;
+  };
+  std::deque<Outgoing> outgoing_;
   double sendBusyUntilS_ = 0.0;
   double receiveBusyUntilS_ = 0.0;
   bool outputBlocked_ = false;

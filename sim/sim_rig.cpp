@@ -2,7 +2,15 @@
 
 namespace zorvel::sim {
 
-LinePeer* SimRig::peerFor(InstrumentKind) {
+LinePeer* SimRig::peerFor(InstrumentKind kind) {
+  switch (kind) {
+    case InstrumentKind::Arm:
+      return &arm;
+    case InstrumentKind::Pump:
+      return &pump;
+    case InstrumentKind::Fluorimeter:
+      break;
+  }
   return nullptr;
 }
 

@@ -11,6 +11,10 @@ namespace {
 
 // Received text longer than this is written out even without a line feed.
 constexpr std::size_t kLongestReceivedChunk = 80;
+// Characters read further apart than this belong to different replies.
+constexpr double kReceivedGapS = 0.02;
+// Waits at least this long that end without the characters are written to the trace.
+constexpr double kNotedTimeOutS = 1.0;
 
 const char* controlName(unsigned char c) {
   switch (c) {
@@ -87,6 +91,9 @@ void TracingLine::note(std::string_view marker, std::string_view text) {
 
 void TracingLine::noteReceived(std::string_view bytes) {
   if (bytes.empty()) return;
+  const double nowS = clock_.monotonicS();
+  if (!received_.empty() && nowS - lastReceivedS_ > kReceivedGapS) flushReceived();
+  lastReceivedS_ = nowS;
   if (received_.empty()) receivedStamp_ = text::formatTimeMs(clock_.secondsSinceMidnight());
   received_ += bytes;
   if (received_.back() == '\n' || received_.size() >= kLongestReceivedChunk) flushReceived();
@@ -150,10 +157,12 @@ void TracingLine::discardInput() {
 }
 
 bool TracingLine::waitForCharacters(std::size_t n, double deadlineS) {
-  flushReceived();
+  const double startS = clock_.monotonicS();
   const bool arrived = inner_->waitForCharacters(n, deadlineS);
   noteIfLost();
-  if (!arrived && inner_->isOpen()) {
+  // Short waits are how readers tell that a reply has ended; only real time-outs are news.
+  if (!arrived && inner_->isOpen() && deadlineS - startS >= kNotedTimeOutS) {
+    flushReceived();
     note("..", "time-out with " + text::plain(static_cast<double>(inner_->charactersWaiting())) +
                    " of " + text::plain(static_cast<double>(n)) + " characters waiting");
   }

@@ -33,9 +33,9 @@ class TraceFile {
 
 // Wraps a port and records every byte it sends and receives, time-stamped to the millisecond
 // with the time of day: "14:05:09.123 > $RE 0<CR>" for a command, "14:05:09.140 < 0000<CR><LF>"
-// for what the program read, plus the port's opening, closing and loss. Received bytes are
-// gathered until the program waits, writes, or reads a line feed, so a reply read character by
-// character still shows as one line.
+// for what the program read, plus the port's opening, closing, time-outs and loss. Received
+// bytes are gathered until a line feed, a pause of 20 ms between reads, a write or a time-out,
+// so a reply read character by character still shows as one line.
 class TracingLine final : public SerialLine {
  public:
   TracingLine(std::unique_ptr<SerialLine> inner, Clock& clock, std::string tracePath,
@@ -65,6 +65,7 @@ class TracingLine final : public SerialLine {
   TraceFile file_;
   std::string received_;
   std::string receivedStamp_;
+  double lastReceivedS_ = 0.0;
   bool lossNoted_ = false;
 };
 

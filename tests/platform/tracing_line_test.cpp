@@ -49,7 +49,8 @@ TEST(TracingLine, RecordsACommandAndItsReplyReadCharacterByCharacter) {
   // Bytes the program never read as a record still show, marked as thrown away.
   port.clock.advanceBy(1.0);
   port.line->discardInput();
-  EXPECT_FALSE(port.line->waitForCharacters(1, port.clock.monotonicS() + 0.5));
+  EXPECT_FALSE(port.line->waitForCharacters(1, port.clock.monotonicS() + 0.5));  // not noted
+  EXPECT_FALSE(port.line->waitForCharacters(1, port.clock.monotonicS() + 10.0));
   port.line->close();
   EXPECT_SAME_BYTES(
       "14:05:09.000 -- opened COM1 (sim) 9600,N,8,1\n"
@@ -57,8 +58,32 @@ TEST(TracingLine, RecordsACommandAndItsReplyReadCharacterByCharacter) {
       "14:05:09.112 < 0000<CR><LF>\n"
       "14:05:09.112 > $RD 1.0<CR>\n"
       "14:05:10.112 < discarded: junk<DEL>350.0,450.0,12345<CR><LF>0000<CR><LF>\n"
-      "14:05:10.612 .. time-out with 0 of 1 characters waiting\n"
-      "14:05:10.612 -- closed COM1 (sim)\n",
+      "14:05:20.612 .. time-out with 0 of 1 characters waiting\n"
+      "14:05:20.612 -- closed COM1 (sim)\n",
+      port.trace());
+}
+
+TEST(TracingLine, CharactersReadAsTheyArriveMakeOneLinePerReply) {
+  TracedPort port;
+  port.peer.on("MOVE\r", "OK\r", 0.5);
+  port.peer.on("MOVE\r", "BUSY\r", 0.0);
+  ASSERT_TRUE(port.line->open("9600,N,8,1"));
+  for (int reply = 0; reply < 2; ++reply) {
+    port.line->write("MOVE\r");
+    ASSERT_TRUE(port.line->waitForCharacters(1, port.clock.monotonicS() + 1.0));
+    std::string got = port.line->read(1);
+    while (port.line->waitForCharacters(1, port.clock.monotonicS() + 0.05))
+      got += port.line->read(1);
+    EXPECT_EQ(got, reply == 0 ? "OK\r" : "BUSY\r");
+    port.clock.advanceBy(0.1);  // the reader's own pause before the next command
+  }
+  port.line.reset();  // what was read last is written when the line goes
+  EXPECT_SAME_BYTES(
+      "14:05:09.000 -- opened COM1 (sim) 9600,N,8,1\n"
+      "14:05:09.000 > MOVE<CR>\n"
+      "14:05:09.506 < OK<CR>\n"
+      "14:05:09.658 > MOVE<CR>\n"
+      "14:05:09.664 < BUSY<CR>\n",
       port.trace());
 }
 
