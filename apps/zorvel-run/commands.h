@@ -1,0 +1,17 @@
+#pragma once
+
+#include "apps/zorvel-run/headless_context.h"
+
+// The commands of zorvel-run. Each returns the program's exit code: 0 when it completed, and
+// non-zero with a message on the error stream when the answer file ran out, an answer did not
+// fit the question, or anything failed.
+namespace zorvel::headless {
+
+// --method with --data or --append: an analysis run answered from the answer file.
+int RunAnalysisCommand(Context& context);
+// --watercell: the water-cell check; 0 within range, 3 outside.
+int RunWatercellCommand(Context& context);
+// --intensity: one intensity reading printed as "0.000".
+int RunIntensityCommand(Context& context);
+
+}  // namespace zorvel::headless

@@ -1,0 +1,82 @@
+#include "apps/zorvel-run/headless_context.h"
+
+#include <QDir>
+
+#include "core/app/main_view.h"
+#include "core/app/startup.h"
+#include "ui/platform/line_factory.h"
+
+namespace zorvel::headless {
+
+namespace {
+
+// The main window of an unattended run prints what it would show; it has no setup window.
+class ConsoleMainView final : public MainView {
+ public:
+  explicit ConsoleMainView(std::ostream& out) : out_(out) {}
+  void setMethodFileLabel(const std::string&) override {}
+  void setDataFileLabel(const std::string&) override {}
+  void setTrayFile(const std::string&, bool) override {}
+  void setMenuEnabled(MainMenu, bool) override {}
+  void setCurrentFilesVisible(bool) override {}
+  void setMethodControlsEnabled(bool) override {}
+  void showMethodSettings(const std::string&) override {}
+  void showDisclaimer() override {}
+  bool runSetupWindow() override {
+    out_ << "zorvel-run: no preferences file; start zorvel once in this directory to set up "
+            "the instruments.\n";
+    return false;
+  }
+  void closeAllWindows() override {}
+
+ private:
+  std::ostream& out_;
+};
+
+}  // namespace
+
+Context::Context(const Options& opts)
+    : options(opts), printer(QString::fromStdString(opts.printTo)) {}
+
+std::unique_ptr<SerialLine> Context::lineFor(InstrumentKind kind, int comPort) {
+  rig.setTray(&state.Tray);
+  ui::LineRoute route;
+  route.kind = kind;
+  route.comPort = comPort;
+  route.ports = &ports;
+  route.traceDirectory = options.traceDirectory;
+  return ui::MakeInstrumentLine(route, clock, rig);
+}
+
+int Context::fail(const std::string& message, int exitCode) {
+  std::cerr << "zorvel-run: " << message << "\n";
+  return exitCode;
+}
+
+bool StartHeadless(Context& context) {
+  if (!context.options.answersPath.empty()) {
+    std::string error;
+    if (!context.script.load(context.options.answersPath, &error)) {
+      context.fail(error);
+      return false;
+    }
+  }
+  ConsoleMainView view(context.out);
+  const std::string start = context.options.startDirectory.empty()
+                                ? QDir::currentPath().toStdString()
+                                : context.options.startDirectory;
+  if (!StartUp(context.state, start, context.op, context.clock, view)) {
+    if (context.script.failed()) context.fail(context.script.failure());
+    return false;
+  }
+  std::vector<std::string> rejected;
+  context.ports =
+      LoadPortMap(context.options.portEntries, context.state.PreferencesPath, &rejected);
+  for (const auto& entry : rejected) {
+    context.fail("the port assignment \"" + entry + "\" is not of the form COMn=DEVICE");
+    return false;
+  }
+  return true;
+}
+
+}  // namespace zorvel::headless

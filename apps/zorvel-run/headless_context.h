@@ -1,0 +1,67 @@
+#pragma once
+
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/app/answer_file_operator.h"
+#include "core/app/answer_script.h"
+#include "core/app/app_state.h"
+#include "core/app/port_map.h"
+#include "core/platform/real_clock.h"
+#include "core/platform/serial_line.h"
+#include "sim/sim_rig.h"
+#include "ui/platform/qt_printer.h"
+
+namespace zorvel::headless {
+
+// The command line of zorvel-run.
+struct Options {
+  std::string startDirectory;
+  std::vector<std::string> portEntries;
+  std::string answersPath;
+  std::string printTo;
+  std::string traceDirectory;
+  // Analysis runs.
+  std::string methodPath;
+  std::string newDataPath;     // --data NEW.fix
+  std::string appendDataPath;  // --append EXISTING.fix
+  int firstNumber = 1;
+  // Instrument checks.
+  bool watercell = false;
+  bool intensity = false;
+  std::optional<double> exWl, emWl, exSl, emSl, readTimeS;
+  std::optional<int> filter;
+  std::string pmt;  // a voltage, "default", or empty
+};
+
+// What an unattended run works with: the program's state after start-up, the real clock, the
+// answer file as the operator, the printer, the port map and the in-process simulators.
+struct Context {
+  explicit Context(const Options& options);
+
+  Options options;
+  AppState state;
+  RealClock clock;
+  AnswerScript script;
+  std::ostream& out = std::cout;
+  AnswerFileOperator op{script, out};
+  ui::QtPrinter printer;
+  PortMap ports;
+  sim::SimRig rig;
+
+  // The line to an instrument on its COM port, through the port map (simulator, real port,
+  // trace); nothing when it cannot be made.
+  std::unique_ptr<SerialLine> lineFor(InstrumentKind kind, int comPort);
+  // Prints "zorvel-run: " + message on the error stream; returns the exit code to use.
+  int fail(const std::string& message, int exitCode = 1);
+};
+
+// Starts as the desktop program starts (directory check, preferences, log "Boot up") without
+// windows; a missing preferences file cannot be filled in here and ends the run. False with the
+// reason printed when the run cannot go on.
+bool StartHeadless(Context& context);
+
+}  // namespace zorvel::headless

@@ -1,0 +1,102 @@
+// zorvel-run: unattended analysis runs and instrument checks, answered from an answer file.
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <iostream>
+
+#include "apps/zorvel-run/commands.h"
+#include "core/text/number_format.h"
+
+namespace {
+
+using zorvel::headless::Options;
+
+std::optional<double> numberOption(const QCommandLineParser& parser, const QString& name,
+                                   bool* ok) {
+  if (!parser.isSet(name)) return std::nullopt;
+  const auto value = zorvel::text::parseNumber(parser.value(name).toStdString());
+  if (!value) {
+    std::cerr << "zorvel-run: --" << name.toStdString() << " needs a number\n";
+    *ok = false;
+  }
+  return value;
+}
+
+bool parse(const QCoreApplication& app, Options& options) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(
+      "Runs a method, the water-cell check or an intensity reading without windows; every "
+      "question is answered from the answer file (one answer a line: ok, yes, no, cancel, "
+      "retry, text VALUE, and the run's actions init, read, quit, accept, reject, control, "
+      "blank, comment TEXT, reset-number N, rerun; # starts a comment).");
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.addOptions({
+      {"start-dir", "Start-up directory (preferences, logs, DATA, METHODS).", "DIR"},
+      {"port", "Puts COMn on DEVICE (a serial device or \"sim\"); may repeat.", "COMn=DEVICE"},
+      {"answers", "The answer file.", "FILE"},
+      {"print-to", "Printouts go to this PDF file.", "FILE.pdf"},
+      {"trace", "Writes every byte of every port to DIR.", "DIR"},
+      {"method", "The method to run.", "FILE.mth"},
+      {"data", "A new data set, named by its .FIX (or .SYN) file.", "NEW.fix"},
+      {"append", "An existing data set to append to.", "EXISTING.fix"},
+      {"first-number", "The first sample number (default 1).", "N"},
+      {"watercell", "Runs the water-cell check."},
+      {"intensity", "Takes one intensity reading."},
+      {"ex", "Excitation wavelength, nm.", "N"},
+      {"em", "Emission wavelength, nm.", "N"},
+      {"exsl", "Excitation slit, nm.", "N"},
+      {"emsl", "Emission slit, nm.", "N"},
+      {"read-time", "Read time, s.", "S"},
+      {"filter", "Filter code.", "N"},
+      {"pmt", "PMT voltage, or \"default\".", "V|default"},
+  });
+  parser.process(app);
+  options.startDirectory = parser.value("start-dir").toStdString();
+  for (const QString& p : parser.values("port")) options.portEntries.push_back(p.toStdString());
+  options.answersPath = parser.value("answers").toStdString();
+  options.printTo = parser.value("print-to").toStdString();
+  options.traceDirectory = parser.value("trace").toStdString();
+  options.methodPath = parser.value("method").toStdString();
+  options.newDataPath = parser.value("data").toStdString();
+  options.appendDataPath = parser.value("append").toStdString();
+  options.watercell = parser.isSet("watercell");
+  options.intensity = parser.isSet("intensity");
+  options.pmt = parser.value("pmt").toStdString();
+  bool ok = true;
+  if (const auto n = numberOption(parser, "first-number", &ok))
+    options.firstNumber = static_cast<int>(*n);
+  options.exWl = numberOption(parser, "ex", &ok);
+  options.emWl = numberOption(parser, "em", &ok);
+  options.exSl = numberOption(parser, "exsl", &ok);
+  options.emSl = numberOption(parser, "emsl", &ok);
+  options.readTimeS = numberOption(parser, "read-time", &ok);
+  if (const auto f = numberOption(parser, "filter", &ok)) options.filter = static_cast<int>(*f);
+  return ok;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // Printing to PDF needs fonts, so a GUI application without a screen.
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QGuiApplication app(argc, argv);
+  QCoreApplication::setApplicationName("zorvel-run");
+  QCoreApplication::setApplicationVersion(QString("%1.%2.%3")
+                                              .arg(ZORVEL_VERSION_MAJOR)
+                                              .arg(ZORVEL_VERSION_MINOR)
+                                              .arg(ZORVEL_VERSION_PATCH));
+  Options options;
+  if (!parse(app, options)) return 2;
+  const int modes = (options.watercell ? 1 : 0) + (options.intensity ? 1 : 0) +
+                    (options.methodPath.empty() ? 0 : 1);
+  if (modes != 1) {
+    std::cerr << "zorvel-run: give exactly one of --method, --watercell, --intensity\n";
+    return 2;
+  }
+  zorvel::headless::Context context(options);
+  if (!zorvel::headless::StartHeadless(context)) return 1;
+  if (options.watercell) return zorvel::headless::RunWatercellCommand(context);
+  if (options.intensity) return zorvel::headless::RunIntensityCommand(context);
+  return zorvel::headless::RunAnalysisCommand(context);
+}
