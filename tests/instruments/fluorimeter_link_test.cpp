@@ -270,6 +270,29 @@ TEST_F(FluorimeterLinkTest, LostPortIsToldOnceAndNothingSpins) {
   EXPECT_FALSE(person.ended);
 }
 
+// The adapter is pulled while the program waits for an answer.
+class VanishingPeer final : public sim::LinePeer {
+ public:
+  void onReceive(std::string_view, double, sim::LineEnd&) override { line->vanish(); }
+  sim::SimulatedLine* line = nullptr;
+};
+
+TEST(FluorimeterLinkLost, PortVanishingMidCommandEndsTheWaitAtOnce) {
+  VirtualClock clock;
+  VanishingPeer peer;
+  sim::SimulatedLine line(clock, peer, "COM2 (/dev/ttyUSB1)");
+  peer.line = &line;
+  line.open("9600,N,8,1");
+  ScriptedOperator person;
+  LinkState links;
+  FluorimeterLink link(line, clock, person, links, fluor::kModelLs50B);
+  EXPECT_EQ(LinkFailure::LostPort, link.IssueCommand("$SC 1", StatusReader::Scan));
+  EXPECT_EQ(LinkFailure::LostPort, link.IssueCommand("$RE 0", StatusReader::Command));
+  EXPECT_EQ(1u, person.messages().size());
+  EXPECT_EQ(0, links.LinkTimeoutCount);
+  EXPECT_EQ(0.0, clock.monotonicS());
+}
+
 TEST_F(FluorimeterLinkTest, OpeningDiscardsStaleInputAndScansGetALargeBuffer) {
   peer.on("$XX\r", "stale bytes");
   line.write("$XX\r");
