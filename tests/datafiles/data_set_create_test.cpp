@@ -43,20 +43,12 @@ TEST(DataSetNaming, OnlyTheFileNamesExtensionIsRemoved) {
   EXPECT_EQ(DataSetNameOf("/lab.v2/DATA/run1"), "run1");
 
   MethodSettings m;
-  m.Fixed = true;
-  EXPECT_EQ(DataFileLabel(m, "/d/run1"), "/d/run1.FIX");
-  const DataSetPaths fixedOnly = DataSetPathsFor(m, "/d/run1");
-  EXPECT_EQ(fixedOnly.BlkPath, "/d/run1.BLK");
-  EXPECT_EQ(fixedOnly.SynPath, "");
-  EXPECT_EQ(fixedOnly.LogFilePath, "");
-  m.Fixed = false;
   m.Synch = true;
   m.DeliveryMethod = 2;
   EXPECT_EQ(DataFileLabel(m, "/d/run1"), "/d/run1.SYN");
-  const DataSetPaths scans = DataSetPathsFor(m, "/d/run1");
-  EXPECT_EQ(scans.FixPath, "");
-  EXPECT_EQ(scans.SlkPath, "/d/run1.SLK");
-  EXPECT_EQ(scans.LogFilePath, "/d/run1.LOG");
+  EXPECT_TRUE(DataSetPathsFor(m, "/d/run1") ==
+              (DataSetPaths{"", "/d/run1.SYN", "", "", "/d/run1.STL", "/d/run1.SLK", "/d/run1.LOG",
+                            "", ""}));
 }
 
 TEST(CreateDataFileSet, Run1WithBothKindsMakesSixFilesInADottedDirectory) {

@@ -2,24 +2,16 @@
 
 #include "core/method/method_settings.h"
 
-// The methods behind the golden method files, built field by field.
+// The methods behind the golden method files. Fields in declaration order: Fixed, Synch,
+// Spillover, NoColors, NoPures, ReadTime, ReadTimePures, ScanSpeed, FilterSetting, PMTVoltage,
+// DeliveryMethod, PrintResults, AmtSolvent, Repetitions, FileType, Operator, StudyId,
+// FixedPairs, SynchScan, Autosampler.
 namespace zorvel::testing {
 
+// clang-format off
 inline MethodSettings FixedCuvetteMethod() {
-  MethodSettings m;
-  m.Fixed = true;
-  m.Spillover = true;
-  m.NoColors = 3;
-  m.NoPures = 3;
-  m.ReadTime = 1;
-  m.ReadTimePures = 10;
-  m.ScanSpeed = 480;
-  m.FilterSetting = 2;
-  m.PMTVoltage = 820;
-  m.AmtSolvent = 2.5f;
-  m.Repetitions = 1;
-  m.Operator = "JS";
-  m.StudyId = "Liver extracts, batch 7";
+  MethodSettings m{true, false, true, 3, 3, 1, 10, 480, 2, 820, 1, false, 2.5f, 1, 1, "JS",
+                   "Liver extracts, batch 7", {}, {}, {}};
   m.FixedPairs[1] = {380, 440, 5, 5, 1};
   m.FixedPairs[2] = {493, 515, 5, 5, 4};
   m.FixedPairs[3] = {617.5f, 640, 12.5f, 2.5f, 10};
@@ -27,75 +19,20 @@ inline MethodSettings FixedCuvetteMethod() {
 }
 
 inline MethodSettings FixedSynchCuvetteMethod() {
-  MethodSettings m;
-  m.Fixed = true;
-  m.Synch = true;
-  m.Spillover = true;
-  m.NoColors = 2;
-  m.NoPures = 2;
-  m.ReadTime = 0.5f;
-  m.ReadTimePures = 10;
-  m.ScanSpeed = -240;
-  m.FilterSetting = 8;
-  m.PMTVoltage = -1;
-  m.PrintResults = true;
-  m.AmtSolvent = 2;
-  m.Repetitions = 3;
-  m.FileType = 2;
-  m.Operator = " M. Dupr\xe9 ";
-  m.StudyId = "Gill tissue";
+  MethodSettings m{true, true, true, 2, 2, 0.5f, 10, -240, 8, -1, 1, true, 2, 3, 2,
+                   " M. Dupr\xe9 ", "Gill tissue", {}, {4, 4, 330, 720, 15, 0.5f}, {}};
   m.FixedPairs[1] = {340, 400, 10, -1, 0};
   m.FixedPairs[2] = {682, 705.25f, 15, 20, 13};
-  m.SynchScan = {4, 4, 330, 720, 15, 0.5f};
   return m;
 }
 
 inline MethodSettings SynchAutosamplerMethod() {
-  MethodSettings m;
-  m.Synch = true;
-  m.Spillover = true;
-  m.NoColors = 1;
-  m.NoPures = 1;
-  m.ReadTime = 1;
-  m.ReadTimePures = 10;
-  m.ScanSpeed = 1500;
-  m.FilterSetting = 7;
-  m.PMTVoltage = 775;
-  m.DeliveryMethod = 2;
-  m.AmtSolvent = 2;
-  m.Repetitions = 1;
-  m.Operator = "robot";
-  m.StudyId = "Plate 12";
-  m.SynchScan = {2.5f, 20, 250, 600, 30, 0.1f};
-  AutosamplerSettings& a = m.Autosampler;
-  a.SampleVolume = 750;
-  a.AirVolume = 500;
-  a.BackFlowVolume = 25;
-  a.FillSpeed = 15;
-  a.DispenseSpeed = 10;
-  a.FillSpeedFlush = 10;
-  a.DispenseSpeedFlush = 10;
-  a.FlushTime = 8000;
-  a.AirDryTime = 15;
-  a.SyringeVolume = 5;
-  a.Resolution = 2;
-  a.StartingTube = 5;
-  a.EndingTube = 96;
-  a.HasStandard = true;
-  a.StandardTube = 1;
-  a.StandardFreq = 50;
-  a.HasBlank = false;
-  a.BlankTube = 2;
-  a.BlankFreq = 50;
-  a.SampleDisposition = 2;
-  a.RinseHeight = 70;
-  a.StandardHeight = 100;
-  a.TubeHeight = 105;
-  a.BackFillHeight = 70;
-  a.StandardBFHeight = 30;
-  a.TrayDescriptorFile = "/lab/METHODS/tray96.tgf";
-  a.PumpDirection = 2;
-  return m;
+  // Autosampler: volumes, speeds and times, tubes, heights, pump direction, then the codes.
+  return MethodSettings{false, true, true, 1, 1, 1, 10, 1500, 7, 775, 2, false, 2, 1, 1, "robot",
+                        "Plate 12", {}, {2.5f, 20, 250, 600, 30, 0.1f},
+                        {750, 500, 25, 15, 10, 10, 10, 8000, 15, 5, 5, 96, 1, 50, 2, 50, 70, 100,
+                         105, 70, 30, 2, 2, 2, true, false, "/lab/METHODS/tray96.tgf"}};
 }
+// clang-format on
 
 }  // namespace zorvel::testing

@@ -71,15 +71,6 @@ TEST(MethodFile, EachKindIsWrittenReadBackAndWrittenAgainIdentically) {
   }
 }
 
-TEST(MethodFile, RelativePathIsSavedInTheMethodsDirectory) {
-  AppState state;
-  state.MethodsDirectory = testing::makeTempDir("methods");
-  state.Method = testing::FixedCuvetteMethod();
-  ASSERT_TRUE(WriteMethodFile(state, "LIVER.MTH"));
-  EXPECT_SAME_BYTES(readGolden("method/fixed_cuvette.mth"),
-                    readFile(state.MethodsDirectory + "LIVER.MTH"));
-}
-
 TEST(MethodFile, CodedLinesTakeOnlyTheirExactText) {
   std::string text = readGolden("method/fixed_cuvette.mth");
   text = replaced(text, "Fixed?=True", "Fixed?=false");
@@ -216,10 +207,6 @@ TEST(MethodFile, UnreadableFileShowsTheBoxWithItsPath) {
 }
 
 TEST(MethodFile, FixedRowsFillFourteenColumnZones) {
-  // Each field: sign place, digits, a blank, then spaces to the end of its 14-column zone.
-  EXPECT_SAME_BYTES(std::string(" 493") + std::string(10, ' ') + " 515" + std::string(10, ' ') +
-                        " 5" + std::string(12, ' ') + " 5" + std::string(12, ' ') + " 5 \r\n",
-                    FixedPairLine({493, 515, 5, 5, 5}));
   // A value longer than its zone pushes the next field to the following zone.
   EXPECT_SAME_BYTES(std::string(" 1.234568E+07 ") + "-0.5" + std::string(10, ' ') + " 0" +
                         std::string(12, ' ') + " 2.5" + std::string(10, ' ') + " 13 \r\n",
