@@ -53,26 +53,39 @@ std::string TimeDriveCommand(int points) {
   return "$TD " + text::plain(points);
 }
 
+namespace {
+
+// Index of the first character at or after `at` that is not a decimal digit.
+std::size_t SkipDigits(std::string_view text, std::size_t at) {
+  while (at < text.size() && text[at] >= '0' && text[at] <= '9') ++at;
+  return at;
+}
+
+bool IsSign(std::string_view text, std::size_t at) {
+  return at < text.size() && (text[at] == '-' || text[at] == '+');
+}
+
+}  // namespace
+
 double FieldValue(std::string_view field) {
   std::size_t i = 0;
   while (i < field.size() && (field[i] == ' ' || field[i] == '\t')) ++i;
   const std::size_t start = i;
-  if (i < field.size() && (field[i] == '-' || field[i] == '+')) ++i;
-  std::size_t digits = 0;
-  while (i < field.size() && field[i] >= '0' && field[i] <= '9') ++i, ++digits;
-  if (i < field.size() && field[i] == '.') {
-    ++i;
-    while (i < field.size() && field[i] >= '0' && field[i] <= '9') ++i, ++digits;
+  if (IsSign(field, i)) ++i;
+  std::size_t end = SkipDigits(field, i);
+  std::size_t digits = end - i;
+  if (end < field.size() && field[end] == '.') {
+    const std::size_t fractionEnd = SkipDigits(field, end + 1);
+    digits += fractionEnd - (end + 1);
+    end = fractionEnd;
   }
   if (digits == 0) return 0.0;
+  i = end;
   // An exponent counts only when digits follow it.
-  if (i + 1 < field.size() && (field[i] == 'E' || field[i] == 'e')) {
-    std::size_t j = i + 1;
-    if (field[j] == '-' || field[j] == '+') ++j;
-    if (j < field.size() && field[j] >= '0' && field[j] <= '9') {
-      while (j < field.size() && field[j] >= '0' && field[j] <= '9') ++j;
-      i = j;
-    }
+  if (i < field.size() && (field[i] == 'E' || field[i] == 'e')) {
+    const std::size_t exponentStart = IsSign(field, i + 1) ? i + 2 : i + 1;
+    const std::size_t exponentEnd = SkipDigits(field, exponentStart);
+    if (exponentEnd > exponentStart) i = exponentEnd;
   }
   std::string_view number = field.substr(start, i - start);
   bool negative = false;

@@ -59,7 +59,10 @@ TEST_F(FluorimeterSimTest, EachPureReadsHighestAtItsOwnPair) {
     for (int pair = 0; pair < kDyeCount; ++pair) {
       const auto& b = bands[static_cast<std::size_t>(pair)];
       const double v = read(b.excitationNm, b.emissionNm, 0.1f);
-      if (v > bestValue) bestValue = v, best = pair;
+      if (v > bestValue) {
+        bestValue = v;
+        best = pair;
+      }
     }
     EXPECT_EQ(dye, best) << bench.cuvette.label;
     EXPECT_GT(bestValue, 100.0);
@@ -108,7 +111,9 @@ TEST_F(FluorimeterSimTest, WaterCellTimeDriveGivesHeaderAnd240StablePoints) {
     ASSERT_EQ(LinkFailure::None, token.failure);
     if (token.text.empty()) continue;
     const double v = fluor::FieldValue(token.text) / 1000.0;
-    sum += v, squares += v * v, ++points;
+    sum += v;
+    squares += v * v;
+    ++points;
   }
   const double mean = sum / 240;
   EXPECT_NEAR(25.0, mean, 1.0);
