@@ -8,7 +8,6 @@
 #include "core/platform/scripted_operator.h"
 #include "core/platform/virtual_clock.h"
 #include "sim/arm_sim.h"
-#include "sim/pump_sim_commands.h"
 #include "sim/simulated_line.h"
 
 namespace zorvel::sim {
@@ -96,20 +95,6 @@ TEST_F(DilutorOnBench, SilenceAndAVanishedPort) {
   EXPECT_EQ(pump.PumpFill(10), LinkFailure::LostPort);
   EXPECT_EQ(pump.PumpFill(10), LinkFailure::LostPort);
   EXPECT_EQ(person.messages().size(), 3u);
-}
-
-TEST(PumpSimCommands, LettersAndNumbers) {
-  const auto steps = ParsePumpSteps("IS10A 500R");
-  ASSERT_EQ(steps.size(), 4u);
-  EXPECT_EQ(steps[1].letter, 'S');
-  EXPECT_EQ(steps[1].value, 10);
-  EXPECT_EQ(steps[2].value, 500);
-  EXPECT_TRUE(RunsNow(steps));
-  EXPECT_FALSE(RunsHeld(steps));
-  EXPECT_EQ(ParsePumpSteps("D-5")[0].value, -5);
-  EXPECT_EQ(ParsePumpSteps("P99999999999")[0].value, 1000000);
-  EXPECT_TRUE(RunsHeld(ParsePumpSteps("R")));
-  EXPECT_FALSE(RunsNow(ParsePumpSteps("IS10")));
 }
 
 // The arm, the dilutor and the bench together: one tube's sample drawn, read and rinsed away.
