@@ -2,6 +2,17 @@
 
 namespace zorvel::sim {
 
+SimRig::SimRig(int model, std::uint32_t seed)
+    : model_(model),
+      seed_(seed),
+      fluorimeter_(std::make_unique<FluorimeterSim>(bench, model, seed)) {}
+
+void SimRig::setFluorimeterModel(int model) {
+  if (model == model_) return;
+  model_ = model;
+  fluorimeter_ = std::make_unique<FluorimeterSim>(bench, model, seed_);
+}
+
 LinePeer* SimRig::peerFor(InstrumentKind kind) {
   switch (kind) {
     case InstrumentKind::Arm:
@@ -11,7 +22,7 @@ LinePeer* SimRig::peerFor(InstrumentKind kind) {
     case InstrumentKind::Fluorimeter:
       break;
   }
-  return nullptr;
+  return &fluorimeterPort_;
 }
 
 }  // namespace zorvel::sim

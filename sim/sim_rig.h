@@ -1,9 +1,13 @@
 #pragma once
 
+#include <cstdint>
+#include <memory>
+
 #include "core/app/port_map.h"
 #include "core/autosampler/tray_geometry.h"
 #include "sim/arm_sim.h"
 #include "sim/bench.h"
+#include "sim/fluorimeter_sim.h"
 #include "sim/pump_sim.h"
 #include "sim/simulated_line.h"
 
@@ -14,18 +18,40 @@ namespace zorvel::sim {
 // here, so the run window's and the intensity check's fluorimeter lines meet the same one.
 class SimRig {
  public:
-  SimRig() = default;
+  // model: 1 LS-50, 2 LS-50B; seed: of the readings' noise.
+  explicit SimRig(int model = 2, std::uint32_t seed = 1);
   SimRig(const SimRig&) = delete;
   SimRig& operator=(const SimRig&) = delete;
 
   Bench bench;
   ArmSim arm{bench};
   PumpSim pump{bench};
+  FluorimeterSim& fluorimeter() { return *fluorimeter_; }
 
   // The tray the arm works over (the program's own, so a loaded plate file counts at once).
   void setTray(const TrayGeometry* tray) { arm.setTray(tray); }
-  // The model answering for the instrument, or nothing when the rig has none for it.
+  // The operator chose the other model in the setup: lines already joined follow the change.
+  void setFluorimeterModel(int model);
+  // The model answering for the instrument.
   LinePeer* peerFor(InstrumentKind kind);
+
+ private:
+  // Stands in for the fluorimeter on its lines, so that a change of model keeps them joined.
+  class FluorimeterPort final : public LinePeer {
+   public:
+    explicit FluorimeterPort(SimRig& rig) : rig_(rig) {}
+    void onReceive(std::string_view bytes, double arrivedS, LineEnd& reply) override {
+      rig_.fluorimeter_->onReceive(bytes, arrivedS, reply);
+    }
+
+   private:
+    SimRig& rig_;
+  };
+
+  int model_;
+  std::uint32_t seed_;
+  std::unique_ptr<FluorimeterSim> fluorimeter_;
+  FluorimeterPort fluorimeterPort_{*this};
 };
 
 }  // namespace zorvel::sim

@@ -19,6 +19,7 @@
 
 #include "core/app/port_map.h"
 #include "core/app/preferences_file.h"
+#include "core/autosampler/tray_geometry.h"
 #include "core/platform/real_clock.h"
 #include "core/text/number_format.h"
 #include "sim/bench_file.h"
@@ -132,22 +133,11 @@ int stopSignalDescriptor() {
   return signalfd(-1, &stopSignals, SFD_CLOEXEC);
 }
 
-int serve(const SimOptions& options) {
-  const int stopFd = stopSignalDescriptor();
-  Preferences prefs;
-  const std::string prf = options.directory + "ZORVEL.PRF";
-  if (std::filesystem::exists(prf) &&
-      ReadPreferencesFile(prf, prefs) != PreferencesReadResult::Ok) {
-    std::fprintf(stderr, "zorvel-sim: %s is incomplete; using COM1, COM2, COM3\n", prf.c_str());
-    prefs = Preferences{};
-  }
-  sim::SimRig rig;
-  if (!loadBench(options.benchFile, rig.bench)) return 2;
+using Bridges = std::vector<std::unique_ptr<sim::PtyBridge>>;
 
-  RealClock clock;
-  sim::PtyServer server(clock, options.speed);
-  std::vector<std::unique_ptr<sim::PtyBridge>> bridges;
-  std::vector<PortAssignment> assignments;
+// Puts each instrument of the rig on a pseudo-terminal of its own and says where.
+bool openBridges(sim::SimRig& rig, const Preferences& prefs, sim::PtyServer& server,
+                 Bridges& bridges, std::vector<PortAssignment>& assignments) {
   for (InstrumentKind kind : kAllInstruments) {
     sim::LinePeer* peer = rig.peerFor(kind);
     const std::string name(InstrumentName(kind));
@@ -159,7 +149,7 @@ int serve(const SimOptions& options) {
     std::string error;
     if (!bridge->open(&error)) {
       std::fprintf(stderr, "zorvel-sim: %s: %s\n", name.c_str(), error.c_str());
-      return 1;
+      return false;
     }
     const int com = comPortOf(prefs, kind);
     assignments.push_back({com, bridge->devicePath()});
@@ -168,6 +158,38 @@ int serve(const SimOptions& options) {
     server.add(*bridge);
     bridges.push_back(std::move(bridge));
   }
+  return true;
+}
+
+Preferences readPreferences(const std::string& prf) {
+  Preferences prefs;
+  if (std::filesystem::exists(prf) &&
+      ReadPreferencesFile(prf, prefs) != PreferencesReadResult::Ok) {
+    std::fprintf(stderr, "zorvel-sim: %s is incomplete; using COM1, COM2, COM3\n", prf.c_str());
+    prefs = Preferences{};
+  }
+  return prefs;
+}
+
+int serve(const SimOptions& options) {
+  const int stopFd = stopSignalDescriptor();
+  const std::string prf = options.directory + "ZORVEL.PRF";
+  const Preferences prefs = readPreferences(prf);
+  sim::SimRig rig(prefs.Fluorimeter, options.seed);
+  if (!loadBench(options.benchFile, rig.bench)) return 2;
+  TrayGeometry tray;
+  if (prefs.AutoSampler && !prefs.TrayGeometryFile.empty() &&
+      !LoadTrayGeometry(prefs.TrayGeometryFile, tray)) {
+    std::fprintf(stderr, "zorvel-sim: cannot read the tray file %s; the arm stands over no tube\n",
+                 prefs.TrayGeometryFile.c_str());
+  }
+  rig.setTray(&tray);
+
+  RealClock clock;
+  sim::PtyServer server(clock, options.speed);
+  Bridges bridges;
+  std::vector<PortAssignment> assignments;
+  if (!openBridges(rig, prefs, server, bridges, assignments)) return 1;
   PortsFileGuard portsFile(PortsFilePathBeside(prf));
   if (!portsFile.write(assignments)) {
     std::fprintf(stderr, "zorvel-sim: cannot write %s\n", PortsFilePathBeside(prf).c_str());
