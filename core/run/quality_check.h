@@ -1,0 +1,44 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+// The seam between the run and the control and blank checks. The run hands every fixed
+// reading the operator files as a control or a blank to check(); the check decides whether it
+// is kept (and files it in ".CTL" or ".BLK"), read again, or the run gives up on it.
+namespace zorvel {
+
+enum class CheckKind { Control, Blank };
+
+// Verdicts, in the message-box answer codes.
+namespace verdict {
+inline constexpr int kKeep = 6;
+inline constexpr int kReadAgain = 7;
+inline constexpr int kAbort = 2;
+}  // namespace verdict
+
+// One fixed reading as the check sees it.
+struct CheckedReading {
+  CheckKind kind = CheckKind::Control;
+  int sampleNumber = 0;
+  std::span<const float> readings;  // colours 1..No.Colors
+  std::string comment;              // as typed
+};
+
+class QualityCheck {
+ public:
+  virtual ~QualityCheck() = default;
+
+  // Entries in the control and blank databases.
+  virtual int ControlCount() const = 0;
+  virtual int BlankCount() const = 0;
+  // Checks a reading and, when it is kept, appends it to its file and database.
+  virtual int check(const CheckedReading& reading) = 0;
+  // A scan filed as control or blank with no fixed reading beside it still counts as an entry.
+  virtual void countScanOnly(CheckKind kind) = 0;
+  // The grid's "Median" row: each colour's control median ("0.0"), empty when none is known.
+  virtual std::vector<std::string> medianRow(int colours) const = 0;
+};
+
+}  // namespace zorvel
