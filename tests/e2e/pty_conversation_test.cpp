@@ -1,0 +1,146 @@
+// The three instruments' conversations over real serial devices: zorvel-sim serves its models
+// on pseudo-terminals and the program's own protocol classes talk to them through QSerialPort.
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <filesystem>
+#include <map>
+#include <sstream>
+
+#include "core/app/port_map.h"
+#include "core/app/preferences_file.h"
+#include "core/instruments/arm.h"
+#include "core/instruments/fluorimeter_link.h"
+#include "core/instruments/pump.h"
+#include "core/platform/real_clock.h"
+#include "core/platform/scripted_operator.h"
+#include "support/bytes.h"
+#include "ui/platform/line_factory.h"
+
+#ifdef ZORVEL_SIM_EXECUTABLE
+
+namespace zorvel {
+namespace {
+
+void ensureApplication() {
+  if (QCoreApplication::instance() != nullptr) return;
+  static int argc = 1;
+  static char name[] = "test_e2e";
+  static char* argv[] = {name, nullptr};
+  new QCoreApplication(argc, argv);  // lives as long as the test program
+}
+
+// zorvel-sim running on a folder whose preferences put the fluorimeter (an LS-50) on COM2,
+// the pump on COM4 and the arm on COM1.
+class SimulatorProcess : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ensureApplication();
+    Preferences prefs;
+    prefs.Fluorimeter = 1;
+    prefs.FlComPort = 2;
+    prefs.DilComPort = 4;
+    prefs.AutoSampComPort = 1;
+    prefs.BaseDirectoryPath = dir_;
+    ASSERT_TRUE(WritePreferencesFile(dir_ + "ZORVEL.PRF", prefs));
+    sim_.start(ZORVEL_SIM_EXECUTABLE, {"--dir", QString::fromStdString(dir_), "--speed", "20"});
+    ASSERT_TRUE(sim_.waitForStarted(5000));
+    while (listing_.size() < 3 && sim_.waitForReadyRead(5000)) {
+      while (sim_.canReadLine()) {
+        std::istringstream line(sim_.readLine().toStdString());
+        std::string com, kind, device;
+        line >> com >> kind >> device;
+        listing_[kind] = {com, device};
+      }
+    }
+    ASSERT_EQ(listing_.size(), 3u) << sim_.readAllStandardError().toStdString();
+    ports_ = LoadPortMap({}, dir_ + "ZORVEL.PRF");
+  }
+  void TearDown() override {
+    if (sim_.state() == QProcess::NotRunning) return;
+    sim_.terminate();
+    sim_.waitForFinished(3000);
+  }
+  std::unique_ptr<SerialLine> lineFor(InstrumentKind kind, int com, std::string traceDir = "") {
+    return ui::MakeInstrumentLine({kind, com, &ports_, std::move(traceDir)}, clock_, rig_);
+  }
+
+  std::string dir_ = testing::makeTempDir("e2e-pty");
+  QProcess sim_;
+  std::map<std::string, std::pair<std::string, std::string>> listing_;
+  PortMap ports_;
+  RealClock clock_;
+  sim::SimRig rig_;  // not used: every port leads to zorvel-sim
+  ScriptedOperator person_;
+  LinkState links_;
+};
+
+TEST_F(SimulatorProcess, EachInstrumentHoldsAConversationThroughItsPseudoTerminal) {
+  EXPECT_EQ(listing_["fluorimeter"].first, "COM2");
+  EXPECT_EQ(listing_["pump"].first, "COM4");
+  EXPECT_EQ(listing_["arm"].first, "COM1");
+  EXPECT_EQ(ports_.deviceFor(2), listing_["fluorimeter"].second);
+  EXPECT_EQ(ports_.deviceFor(4), listing_["pump"].second);
+  EXPECT_EQ(ports_.deviceFor(1), listing_["arm"].second);
+
+  auto flLine = lineFor(InstrumentKind::Fluorimeter, 2, dir_);
+  FluorimeterLink fluorimeter(*flLine, clock_, person_, links_, 1);
+  ASSERT_EQ(fluorimeter.OpenFluorimeterPort(), LinkFailure::None);
+  EXPECT_EQ(fluorimeter.IssueCommand("$RE 0", StatusReader::Command), LinkFailure::None);
+  EXPECT_EQ(fluorimeter.IssueCommand("$GM 350.0,397.5", StatusReader::Command), LinkFailure::None);
+  const Reading water = fluorimeter.TakeReading(350.0, 397.5, 1.0f, fluor::AcceptanceRule::Exact);
+  EXPECT_EQ(water.failure, LinkFailure::None);
+  EXPECT_GT(water.intensity, 0.0);  // the water band
+  flLine->close();
+  const std::string trace = testing::readFile(dir_ + "fluorimeter.trace");
+  EXPECT_NE(trace.find("> $RD 1.0<CR>"), std::string::npos) << trace;
+
+  auto armLine = lineFor(InstrumentKind::Arm, 1);
+  const TrayGeometry tray;
+  Arm arm(*armLine, clock_, person_, links_, tray);
+  ASSERT_EQ(arm.OpenArmPort(), LinkFailure::None);
+  EXPECT_EQ(arm.SetArmHeight(40), LinkFailure::None);
+  EXPECT_EQ(arm.MoveArmToTube(-1), LinkFailure::None);
+  arm.CloseArmPort();
+
+  auto pumpLine = lineFor(InstrumentKind::Pump, 4);
+  const AutosamplerSettings settings;
+  Pump pump(*pumpLine, clock_, person_, links_, settings);
+  EXPECT_EQ(pump.InitialisePump(), LinkFailure::None);
+  EXPECT_EQ(pump.SelectValvePort(2), LinkFailure::None);
+  pump.ClosePumpPort();
+  EXPECT_TRUE(person_.messages().empty());
+
+  // Stopping the simulator puts the folder back as it was.
+  sim_.terminate();
+  ASSERT_TRUE(sim_.waitForFinished(3000));
+  EXPECT_EQ(sim_.exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(sim_.exitCode(), 0);
+  EXPECT_FALSE(std::filesystem::exists(dir_ + "ZORVEL.PORTS"));
+}
+
+TEST_F(SimulatorProcess, AVanishedSimulatorIsReportedOnceAndNeverWaitedOn) {
+  auto line = lineFor(InstrumentKind::Fluorimeter, 2);
+  FluorimeterLink fluorimeter(*line, clock_, person_, links_, 1);
+  ASSERT_EQ(fluorimeter.OpenFluorimeterPort(), LinkFailure::None);
+  ASSERT_EQ(fluorimeter.IssueCommand("$RE 0", StatusReader::Command), LinkFailure::None);
+  sim_.kill();
+  ASSERT_TRUE(sim_.waitForFinished(3000));
+
+  const double startS = clock_.monotonicS();
+  EXPECT_EQ(fluorimeter.IssueCommand("$RE 0", StatusReader::Command), LinkFailure::LostPort);
+  EXPECT_EQ(fluorimeter.IssueCommand("$PH 0", StatusReader::Command), LinkFailure::LostPort);
+  EXPECT_LT(clock_.monotonicS() - startS, 1.0);
+  EXPECT_TRUE(line->lost());
+  ASSERT_EQ(person_.messages().size(), 1u);
+  EXPECT_NE(person_.messages()[0].text.find("COM2 (" + listing_["fluorimeter"].second + ")"),
+            std::string::npos)
+      << person_.messages()[0].text;
+}
+
+}  // namespace
+}  // namespace zorvel
+
+#endif  // ZORVEL_SIM_EXECUTABLE
