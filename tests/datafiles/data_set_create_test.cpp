@@ -122,13 +122,5 @@ TEST(CreateDataFileSet, CancelledDialogWritesNothingAndScansAloneAskForSyn) {
   EXPECT_EQ(databases.resets, 0);
 }
 
-TEST(CreateDataFileSet, UnwritableDirectoryIsReported) {
-  AppState state = testing::LiverSetState();
-  CountingDatabases databases;
-  const HeadersResult r = WriteDataSetHeaders(
-      state, testing::makeTempDir("gone") + "no/such/dir/run1.fix", CalendarTime{}, databases);
-  EXPECT_FALSE(r.written);
-}
-
 }  // namespace
 }  // namespace zorvel

@@ -5,6 +5,7 @@
 #include "core/datafiles/data_set_commands.h"
 #include "core/datafiles/data_set_headers.h"
 #include "core/datafiles/file_output.h"
+#include "core/datafiles/last_sample_number.h"
 #include "core/method/method_file.h"
 #include "core/platform/scripted_operator.h"
 #include "method/method_examples.h"
@@ -29,8 +30,7 @@ class RecordingDatabases final : public QualityDatabases {
 struct SavedSet {
   std::string directory;
   std::string methodPath;
-  std::string chosenPath;  // as typed in the Save As dialog
-  std::string dataPath;    // the file it made, which reopening chooses
+  std::string dataPath;  // the file it made, which reopening chooses
 };
 
 SavedSet makeSet(const MethodSettings& method, const std::string& name,
@@ -45,8 +45,7 @@ SavedSet makeSet(const MethodSettings& method, const std::string& name,
   writer.LineEnding = method.FileType == 2 ? "\r" : "\r\n";
   writer.DataSet.MethodFilePath = set.methodPath;
   NoQualityDatabases none;
-  set.chosenPath = set.directory + name;
-  WriteDataSetHeaders(writer, set.chosenPath, CalendarTime{}, none);
+  WriteDataSetHeaders(writer, set.directory + name, CalendarTime{}, none);
   const std::string base = set.directory + name.substr(0, name.find('.'));
   set.dataPath = base + (method.Fixed ? ".FIX" : ".SYN");
   EXPECT_TRUE(AppendRecord(set.dataPath, records));
@@ -84,17 +83,10 @@ TEST(ReopenDataFileSet, ContinuesAfterTheLastNumberedRecord) {
 }
 
 TEST(ReopenDataFileSet, SetOfPuresAloneStartsAtOne) {
-  const SavedSet set = makeSet(testing::FixedCuvetteMethod(), "pures.fix",
-                               "B0\t0.010\t0.020\t0.030\r\nP1\t5.000\t0.1\t0.2\r\n"
-                               "P2\t0.1\t5.000\t0.2\r\nP3\t0.1\t0.2\t5.000\r\n");
-  AppState state;
-  ScriptedOperator op;
-  NoQualityDatabases none;
-  const ReopenResult r = ReopenDataFileSet(state, op, set.dataPath, none);
-  ASSERT_TRUE(r.ok);
-  EXPECT_EQ(r.lastSampleNumber, 0);
-  EXPECT_EQ(r.nextSampleNumber, 1);
-  EXPECT_FALSE(r.samplesPresent);
+  const LastSample last =
+      LastSampleInFixedText("em wl\t515\r\nB0\t0.010\r\nP1\t5.000\r\nP2\t5.000\r\nP3\t5.000\r\n");
+  EXPECT_EQ(last.number, 0);
+  EXPECT_FALSE(last.samplesPresent);
 }
 
 TEST(ReopenDataFileSet, ScanSetInMacintoshLineEnds) {
@@ -165,7 +157,7 @@ TEST(AppendDataFile, DialogMissingFileAndSuccess) {
   EXPECT_FALSE(AppendDataFile(state, cancelled, none).ok);
   ASSERT_EQ(cancelled.shown.size(), 1u);
   const FileDialogRequest& dialog = cancelled.shown[0].dialog;
-  EXPECT_EQ(dialog.filter, "Selected Files (*.FIX;*.SYN)|*.FIX;*.SYN|All files (*.*)|*.*");
+  EXPECT_EQ(dialog.defaultExtension, "FIX;*.SYN");
   EXPECT_EQ(dialog.initialDirectory, set.directory);
   EXPECT_EQ(dialog.flags, 4096);
 
