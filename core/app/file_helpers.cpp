@@ -1,7 +1,9 @@
 #include "core/app/file_helpers.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
+#include <system_error>
 
 #include "core/text/date_format.h"
 
@@ -9,6 +11,9 @@ namespace zorvel {
 
 bool FileExists(const std::string& path) {
   if (path.empty()) return false;
+  // A folder opens for reading on this system, but it is no file to read.
+  std::error_code ec;
+  if (std::filesystem::is_directory(path, ec)) return false;
   std::FILE* file = std::fopen(path.c_str(), "rb");
   if (file == nullptr) return false;
   std::fclose(file);
