@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QThread>
 #include <ctime>
 #include <thread>
 
@@ -132,6 +133,43 @@ TEST(QtSerialLine, ClosesForGoodWhenTheDeviceVanishes) {
   EXPECT_FALSE(line.open("9600,N,8,1"));
   EXPECT_LT(processorS() - startCpuS, 0.1);
   EXPECT_LT(instrument.clock.monotonicS() - startS, 0.5);
+}
+
+// Qt's complaints (a notifier used from the wrong thread, say) while a test runs.
+std::vector<std::string>* capturedWarnings = nullptr;
+void captureWarning(QtMsgType, const QMessageLogContext&, const QString& text) {
+  if (capturedWarnings != nullptr) capturedWarnings->push_back(text.toStdString());
+}
+
+TEST(QtSerialLine, BelongsToWhicheverThreadOpensIt) {
+  PtyInstrument instrument;
+  instrument.peer.on("$RE 0\r", "0000\r\n");
+  instrument.peer.on("$PH 0\r", "0000\r\n");
+  instrument.start();
+  std::vector<std::string> warnings;
+  capturedWarnings = &warnings;
+  const QtMessageHandler previous = qInstallMessageHandler(captureWarning);
+  QtSerialLine line(instrument.clock, "COM1", instrument.bridge.devicePath());
+  std::string workerReply;
+  // The instrument worker: a thread without an event loop of its own.
+  QThread* worker = QThread::create([&] {
+    if (!line.open("9600,N,8,1") || !line.write("$RE 0\r")) return;
+    if (line.waitForCharacters(6, instrument.clock.monotonicS() + 2)) workerReply = line.read(6);
+    line.close();
+  });
+  worker->start();
+  worker->wait();
+  delete worker;
+  EXPECT_EQ(workerReply, "0000\r\n");
+  // Opened again from this thread, the line makes a port of its own here.
+  ASSERT_TRUE(line.open("9600,N,8,1"));
+  ASSERT_TRUE(line.write("$PH 0\r"));
+  ASSERT_TRUE(line.waitForCharacters(6, instrument.clock.monotonicS() + 2));
+  EXPECT_EQ(line.read(6), "0000\r\n");
+  line.close();
+  qInstallMessageHandler(previous);
+  capturedWarnings = nullptr;
+  EXPECT_TRUE(warnings.empty()) << warnings.front();
 }
 
 TEST(QtSerialLine, RefusesAMissingDeviceOrBadSettingsWithoutCallingItLost) {
