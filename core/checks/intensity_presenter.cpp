@@ -1,0 +1,100 @@
+#include "core/checks/intensity_presenter.h"
+
+#include "core/text/number_format.h"
+
+namespace zorvel {
+
+namespace {
+
+constexpr IntensityBox kBoxes[] = {
+    IntensityBox::ExWl,   IntensityBox::EmWl,   IntensityBox::ExSl,      IntensityBox::EmSl,
+    IntensityBox::RdTime, IntensityBox::ScnSpd, IntensityBox::PMTVoltage};
+
+}  // namespace
+
+IntensityPresenter::IntensityPresenter(AppState& state, Operator& op, Clock& clock,
+                                       SerialLine& line, IntensityView& view)
+    : state_(state), op_(op), clock_(clock), line_(line), view_(view) {}
+
+void IntensityPresenter::opened() {
+  settings_ = IntensitySettings{};
+  for (IntensityBox box : kBoxes) view_.showBoxText(box, InitialBoxText(box));
+  view_.showFilter(settings_.filter);
+  view_.showVoltageOption(settings_.voltageOption);
+  view_.setVoltageBoxVisible(true);
+  view_.clearStatus();
+}
+
+void IntensityPresenter::boxChanged(IntensityBox box, const std::string& text) {
+  const BoxRuleOutcome outcome = ApplyBoxText(settings_, box, text);
+  if (!outcome.message) return;
+  op_.message(*outcome.message, "ZORVEL ERROR", BoxIcon::Exclamation);
+  view_.selectBoxText(box);
+}
+
+void IntensityPresenter::filterClicked(int position) {
+  settings_.filter = static_cast<std::int16_t>(position);
+  settings_.settingsChanged = true;
+  settings_.filterChanged = true;
+}
+
+void IntensityPresenter::voltageClicked(int option, const std::string& pmtText) {
+  settings_.voltageOption = option;
+  settings_.settingsChanged = true;
+  const bool selected = option == kVoltageSelected;
+  settings_.pmtVolts = selected ? SelectedVoltage(pmtText) : std::int16_t{-1};
+  view_.setVoltageBoxVisible(selected);
+}
+
+std::optional<double> IntensityPresenter::readSample() {
+  // Settings the instrument would refuse are not sent: its error would only repeat with every
+  // resend of the command.
+  if (const auto refusal = RefuseReading(settings_)) {
+    op_.message(refusal->message + "  Please correct it before reading.", "ZORVEL ERROR",
+                BoxIcon::Exclamation);
+    view_.selectBoxText(refusal->box);
+    return std::nullopt;
+  }
+  op_.setBusy(true);
+  view_.clearStatus();
+  FluorimeterLink link(line_, clock_, op_, state_.Links, state_.Prefs.Fluorimeter);
+  LinkFailure failure = LinkFailure::None;
+  if (settings_.settingsChanged) failure = setUpInstrument(link);
+  Reading reading;
+  if (failure == LinkFailure::None) {
+    // The port was closed after the last reading; what waits on it is left alone.
+    if (!line_.isOpen()) line_.open(fluor::kLineSettings);
+    status("Reading Sample");
+    state_.Links.LinkTimeoutCount = 0;
+    reading = link.TakeReading(settings_.excitationNm, settings_.emissionNm, settings_.readTimeS,
+                               fluor::AcceptanceRule::Exact);
+    failure = reading.failure;
+  }
+  if (failure == LinkFailure::None) {
+    status(text::fixed(reading.intensity, 3));
+  } else {
+    status("No reading: " + std::string(DescribeFailure(failure)));
+  }
+  op_.setBusy(false);
+  line_.close();
+  if (failure != LinkFailure::None) return std::nullopt;
+  return reading.intensity;
+}
+
+LinkFailure IntensityPresenter::setUpInstrument(FluorimeterLink& link) {
+  status("Setting-up Instrument...Please Wait");
+  const LinkFailure opened = link.OpenFluorimeterPort();
+  if (opened != LinkFailure::None) return opened;
+  link.setStatusText([this](const std::string& text) { status(text); });
+  for (const IntensityCommand& step : IntensitySetUpCommands(settings_)) {
+    state_.Links.LinkTimeoutCount = 0;
+    const LinkFailure failure =
+        link.IssueCommand(step.command, StatusReader::Command, step.statusText);
+    if (failure != LinkFailure::None) return failure;
+    if (step.command.rfind("$FW", 0) == 0) settings_.filterChanged = false;
+  }
+  settings_.settingsChanged = false;
+  return LinkFailure::None;
+}
+
+}  // namespace zorvel

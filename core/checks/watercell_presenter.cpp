@@ -1,0 +1,217 @@
+#include "core/checks/watercell_presenter.h"
+
+#include <algorithm>
+#include <array>
+
+#include "core/app/file_helpers.h"
+#include "core/datafiles/file_output.h"
+
+namespace zorvel {
+
+namespace {
+
+struct SetUpStep {
+  const char* statusText;
+  const char* command;
+};
+
+// The water cell is always read at the same conditions, so that every check compares alike.
+constexpr std::array<SetUpStep, 8> kSetUp = {{
+    {"Set Free Run Mode", "$RE 0"},
+    {"Set Excitation Slit", "$SX 5.0"},
+    {"Set Emission Slit", "$SM 5.0"},
+    {"Set Filter Wheel", "$FW 2"},
+    {"Set PMT Voltage", "$PV 820"},
+    {"Set Monochromators", "$GM 350.0,397.5"},
+    {"Set Time Interval", "$TI 0.5"},
+    {"Set Response Time", "$RT 0.0"},
+}};
+
+bool MustStop(LinkFailure failure) {
+  return OutcomeOf(failure) == LinkOutcome::Stop;
+}
+
+}  // namespace
+
+WaterCellPresenter::WaterCellPresenter(AppState& state, Operator& op, Clock& clock,
+                                       SerialLine& line, WaterCellResult& lastResult,
+                                       WaterCellView& view)
+    : state_(state), op_(op), clock_(clock), line_(line), result_(lastResult), view_(view) {}
+
+WaterCellButtons WaterCellPresenter::ButtonsFor(WaterCellStage stage) {
+  WaterCellButtons b;
+  switch (stage) {
+    case WaterCellStage::WaitingForStart:
+      b.start = b.cancel = b.startIsDefault = true;
+      break;
+    case WaterCellStage::Running:
+      break;
+    case WaterCellStage::Within:
+      b.ok = b.okIsDefault = b.okCentred = true;
+      break;
+    case WaterCellStage::Outside:
+    case WaterCellStage::Stopped:
+      b.rerun = b.ok = b.okIsDefault = b.okIsCancel = true;
+      break;
+  }
+  return b;
+}
+
+std::string WaterCellPresenter::waterCellLogPath() const {
+  return JoinPath(state_.StartDirectory, std::string(kWaterCellLogName));
+}
+
+void WaterCellPresenter::opened() {
+  stage_ = WaterCellStage::WaitingForStart;
+  view_.printLine(CheckArea::Messages, 1, "Place watercell in the cuvette holder", true);
+  view_.printLine(CheckArea::Messages, 2, "and then press the ENTER key or click", false);
+  view_.printLine(CheckArea::Messages, 3, "the Start button to start sampling.", false);
+  view_.showButtons(ButtonsFor(stage_));
+}
+
+void WaterCellPresenter::start() {
+  if (stage_ != WaterCellStage::WaitingForStart) return;
+  stage_ = WaterCellStage::Running;
+  view_.showButtons(ButtonsFor(stage_));
+  view_.clearArea(CheckArea::Status);
+  runCheck();
+}
+
+void WaterCellPresenter::rerun() {
+  if (stage_ != WaterCellStage::Outside && stage_ != WaterCellStage::Stopped) return;
+  stage_ = WaterCellStage::Running;
+  view_.clearArea(CheckArea::Messages);
+  view_.showButtons(ButtonsFor(stage_));
+  runCheck();
+}
+
+void WaterCellPresenter::ok() {
+  if (!ButtonsFor(stage_).ok) return;
+  if (stage_ == WaterCellStage::Within) {
+    const std::string record = WaterCellRecordLine(result_, clock_.now());
+    if (!AppendRecord(waterCellLogPath(), record)) {
+      op_.message("The water-cell log " + waterCellLogPath() + " cannot be written.",
+                  "ZORVEL ERROR", BoxIcon::Exclamation);
+    }
+  }
+  log("Watercell run complete");
+  view_.close();
+}
+
+void WaterCellPresenter::cancel() {
+  if (stage_ != WaterCellStage::WaitingForStart) return;
+  log("Watercell out of limits.  Aborted");
+  // The session's last result goes into the program log as it would into ZORVEL.MSF.
+  AppendRecord(state_.LogPath, WaterCellHeaderLine() + WaterCellRecordLine(result_, clock_.now()));
+  log("Watercell run complete");
+  view_.close();
+}
+
+void WaterCellPresenter::closeRequested() {
+  if (stage_ == WaterCellStage::WaitingForStart) {
+    cancel();
+  } else if (ButtonsFor(stage_).okIsCancel) {
+    ok();
+  }
+}
+
+void WaterCellPresenter::runCheck() {
+  log("Watercell run started");
+  view_.printLine(CheckArea::Messages, 1, "Setting-up Instrument...Please Wait", true);
+  FluorimeterLink link(line_, clock_, op_, state_.Links, state_.Prefs.Fluorimeter);
+  link.setStatusText(
+      [this](const std::string& text) { view_.printLine(CheckArea::Status, 1, text, true); });
+  LinkFailure failure = link.OpenFluorimeterPort();
+  op_.setBusy(true);
+  view_.clearArea(CheckArea::Status);
+  if (failure == LinkFailure::None) failure = setUpInstrument(link);
+  if (failure == LinkFailure::None) failure = collectDrive(link);
+  view_.setProgressVisible(false);
+  if (failure == LinkFailure::None) {
+    judge();
+  } else {
+    view_.printLine(CheckArea::Status, 1,
+                    "Time drive stopped: " + std::string(DescribeFailure(failure)), true);
+    finish(WaterCellStage::Stopped);
+  }
+}
+
+LinkFailure WaterCellPresenter::setUpInstrument(FluorimeterLink& link) {
+  for (const SetUpStep& step : kSetUp) {
+    const LinkFailure failure =
+        link.IssueCommand(step.command, StatusReader::Water, step.statusText);
+    if (failure != LinkFailure::None) return failure;
+  }
+  const LinkFailure failure = link.IssueCommand(fluor::TimeDriveCommand(kPoints),
+                                                StatusReader::Water, "Starting Time Drive");
+  if (failure != LinkFailure::None) return failure;
+  const TimeDriveHeaderReply header = link.ReadTimeDriveHeader();
+  if (header.failure != LinkFailure::None) return header.failure;
+  result_.header = header.fields;
+  return LinkFailure::None;
+}
+
+LinkFailure WaterCellPresenter::collectDrive(FluorimeterLink& link) {
+  view_.printLine(CheckArea::Messages, 1, "Running 2 Minute Time Drive", true);
+  view_.clearArea(CheckArea::Status);
+  view_.setProgress(0);
+  view_.setProgressVisible(true);
+  TimeDriveSums sums;
+  // The clock starts with the first point, not with the command.
+  double startS = 0.0;
+  int shownPercent = 0;
+  while (sums.count() < kPoints) {
+    const TerminatedText token = link.ReadNumberToken();
+    if (MustStop(token.failure)) return token.failure;
+    const bool started = sums.count() > 0;
+    if (!token.text.empty()) sums.add(token.text);
+    if (!started) {
+      startS = clock_.monotonicS();
+      continue;
+    }
+    const double elapsedS = clock_.monotonicS() - startS;
+    const int percent = static_cast<int>(std::min(100.0, elapsedS / kProgressSpanS * 100.0));
+    if (percent > shownPercent) {
+      shownPercent = percent;
+      view_.setProgress(percent);
+    }
+  }
+  result_.mean = sums.mean(kPoints);
+  result_.standardDeviation = sums.standardDeviation(kPoints);
+  return LinkFailure::None;
+}
+
+void WaterCellPresenter::judge() {
+  view_.printLine(CheckArea::Status, 1, WaterCellMeanLine(result_), true);
+  const std::string path = waterCellLogPath();
+  if (!FileExists(path) &&
+      !CreateTextFile(path, WaterCellHeaderLine() + WaterCellRecordLine(result_, clock_.now()))) {
+    op_.message("The water-cell log " + path + " cannot be created.", "ZORVEL ERROR",
+                BoxIcon::Exclamation);
+  }
+  std::string text;
+  ReadWholeFile(path, text);
+  // A log with no readable record (only its header, or lines without a TAB) has no history
+  // yet: the run is taken as the first, exactly as when the log is created by it.
+  const WaterCellHistory history = ReadWaterCellHistory(text);
+  const float historyMean = history.mean.value_or(static_cast<float>(result_.mean));
+  verdict_ = JudgeWaterCell(historyMean, result_.mean);
+  const std::vector<std::string> lines = WaterCellVerdictLines(verdict_);
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    view_.printLine(CheckArea::Status, static_cast<int>(i) + 3, lines[i], false);
+  }
+  finish(verdict_.within ? WaterCellStage::Within : WaterCellStage::Outside);
+}
+
+void WaterCellPresenter::finish(WaterCellStage stage) {
+  op_.setBusy(false);
+  line_.close();
+  stage_ = stage;
+  view_.showButtons(ButtonsFor(stage_));
+}
+
+void WaterCellPresenter::log(const std::string& entry) {
+  WriteLogEntry(state_, clock_, entry);
+}
+
+}  // namespace zorvel

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <string>
+
+#include "core/app/app_state.h"
+#include "core/checks/watercell_record.h"
+#include "core/checks/watercell_view.h"
+#include "core/instruments/fluorimeter_link.h"
+#include "core/platform/clock.h"
+#include "core/platform/operator.h"
+#include "core/platform/serial_line.h"
+
+namespace zorvel {
+
+// Where the water-cell window stands.
+enum class WaterCellStage {
+  WaitingForStart,  // instructions shown, Start and Cancel
+  Running,          // set-up and time drive, no buttons
+  Within,           // the mean lies in the history's band: OK stores it
+  Outside,          // outside the band: Rerun, or OK as cancel (nothing stored)
+  Stopped,          // the fluorimeter link failed: Rerun, or OK as cancel
+};
+
+// The rules of the water-cell check: fixed set-up, a 240-point time drive of the water cell,
+// its mean and standard deviation against the average of the earlier accepted checks in
+// ZORVEL.MSF, and what OK and Cancel write.
+class WaterCellPresenter {
+ public:
+  static constexpr int kPoints = 240;
+  // The progress bar spans the drive's (points - 10) / 2 seconds.
+  static constexpr double kProgressSpanS = (kPoints - 10) / 2.0;
+
+  // line: this window's fluorimeter port. lastResult: the session's last result, which
+  // outlives the window (Cancel writes it into the program log).
+  WaterCellPresenter(AppState& state, Operator& op, Clock& clock, SerialLine& line,
+                     WaterCellResult& lastResult, WaterCellView& view);
+
+  void opened();
+  // Start and Rerun run the whole check before they return (on the instrument worker).
+  void start();
+  void rerun();
+  void ok();
+  void cancel();
+  // Escape or the window's close box: Cancel before a run, OK where OK is the cancel button,
+  // nothing otherwise.
+  void closeRequested();
+
+  WaterCellStage stage() const { return stage_; }
+  const WaterCellVerdict& verdict() const { return verdict_; }
+  std::string waterCellLogPath() const;
+
+  static WaterCellButtons ButtonsFor(WaterCellStage stage);
+
+ private:
+  void runCheck();
+  LinkFailure setUpInstrument(FluorimeterLink& link);
+  LinkFailure collectDrive(FluorimeterLink& link);
+  void judge();
+  void finish(WaterCellStage stage);
+  void log(const std::string& entry);
+
+  AppState& state_;
+  Operator& op_;
+  Clock& clock_;
+  SerialLine& line_;
+  WaterCellResult& result_;
+  WaterCellView& view_;
+  WaterCellStage stage_ = WaterCellStage::WaitingForStart;
+  WaterCellVerdict verdict_;
+};
+
+}  // namespace zorvel
