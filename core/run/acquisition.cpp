@@ -1,0 +1,200 @@
+#include "core/run/acquisition.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/run/wavelength_band.h"
+#include "core/text/number_format.h"
+
+namespace zorvel {
+
+namespace {
+
+// A scan marks a point it could not measure with this value; it is no point at all.
+constexpr double kNoPoint = -9999.0;
+// Scan positions are sums of the interval; this much below the upper limit still counts as
+// below it, and no more, so that rounding never adds or drops a point.
+constexpr double kPositionSlackNm = 1e-6;
+
+}  // namespace
+
+Acquisition::Acquisition(FluorimeterLink& link, SerialLine& line, const MethodSettings& method,
+                         LinkState& links, RunView& view,
+                         std::function<void(const std::string&)> showStep)
+    : link_(link),
+      line_(line),
+      method_(method),
+      links_(links),
+      view_(view),
+      showStep_(std::move(showStep)) {}
+
+void Acquisition::forgetWavelengths() {
+  exWl_ = emWl_ = -1;
+}
+void Acquisition::forgetSlits() {
+  exSlit_ = emSlit_ = -1;
+}
+
+void Acquisition::setVerticalScale(double yMin, double yMax) {
+  yMin_.store(yMin);
+  yMax_.store(yMax);
+}
+
+std::span<const float> Acquisition::readings() const {
+  const int n = std::clamp<int>(method_.NoColors, 0, kMaxColours);
+  return std::span<const float>(readings_).subspan(1, static_cast<std::size_t>(n));
+}
+
+bool Acquisition::send(const std::string& command, const std::string& title) {
+  links_.LinkTimeoutCount = 0;
+  failure_ = link_.IssueCommand(command, StatusReader::Command, title);
+  return failure_ == LinkFailure::None;
+}
+
+bool Acquisition::restoreFixedLimits() {
+  return send("$MX 0", "Set Monochromators") && send("$AL 200", "Set Lower Limit") &&
+         send("$AH 800", "Set Upper Limit") && send("$MX 1", "Set Monochromator") &&
+         send("$AL 200", "Set Lower Limit") && send("$AH 900", "Set Upper Limit") &&
+         send("$MX 0", "Set Monochromators");
+}
+
+bool Acquisition::setSlits(float exSlitNm, float emSlitNm, const char* exTitle,
+                           const char* emTitle) {
+  if (exSlitNm != exSlit_) {
+    if (!send(fluor::ExcitationSlitCommand(exSlitNm), exTitle)) return false;
+    exSlit_ = exSlitNm;
+  }
+  if (emSlitNm != emSlit_) {
+    if (!send(fluor::EmissionSlitCommand(emSlitNm), emTitle)) return false;
+    emSlit_ = emSlitNm;
+  }
+  return true;
+}
+
+bool Acquisition::ReadFixed(float readTimeS, int gridRow) {
+  if (method_.Synch && !restoreFixedLimits()) return false;
+  for (int i = 1; i <= method_.NoColors && i <= kMaxColours; ++i) {
+    const ColourDeclaration& pair = method_.FixedPairs[static_cast<std::size_t>(i)];
+    if (!setSlits(pair.ExSl, pair.EmSl, "Setting Excitation Slit", "Setting Emission Slit")) {
+      return false;
+    }
+    if (pair.ExWl != exWl_ || pair.EmWl != emWl_) {
+      if (!send(fluor::MonochromatorCommand(pair.ExWl, pair.EmWl), "Setting Monochromators")) {
+        return false;
+      }
+      exWl_ = pair.ExWl;
+      emWl_ = pair.EmWl;
+    }
+    if (!ReadIntensity(i, readTimeS, gridRow)) return false;
+  }
+  return true;
+}
+
+bool Acquisition::ReadIntensity(int colour, float readTimeS, int gridRow) {
+  const ColourDeclaration& pair = method_.FixedPairs[static_cast<std::size_t>(colour)];
+  if (showStep_) showStep_("Reading Sample");
+  links_.LinkTimeoutCount = 0;
+  const Reading reading =
+      link_.TakeReading(pair.ExWl, pair.EmWl, readTimeS, fluor::AcceptanceRule::WithinTolerance);
+  failure_ = reading.failure;
+  if (failure_ != LinkFailure::None) return false;
+  const float value = static_cast<float>(reading.intensity);
+  readings_[static_cast<std::size_t>(colour)] = value;
+  view_.setCell(gridRow, colour, text::fixed(value, 1));
+  return true;
+}
+
+bool Acquisition::configureScan() {
+  const SynchScanSettings& scan = method_.SynchScan;
+  const float offset = scan.MonochromatorOffset;
+  return setSlits(scan.ExSl, scan.EmSl, "Resetting Excitation slit", "Resetting Emission slit") &&
+         send("$MX 0", "Set Monochromators") &&
+         send(fluor::LowerLimitCommand(scan.LowerLimit), "Set Lower Limit") &&
+         send(fluor::UpperLimitCommand(scan.UpperLimit), "Set Upper Limit") &&
+         send("$MX 1", "Set Monochromator") &&
+         send(fluor::LowerLimitCommand(scan.LowerLimit + offset), "Set Lower Limit") &&
+         send(fluor::UpperLimitCommand(scan.UpperLimit + offset), "Set Upper Limit") &&
+         send("$MQ 0", "Set Monohcromator Qualifier") && send("$MX 2", "Set Monochromators");
+}
+
+bool Acquisition::retrieveScanStatus() {
+  for (;;) {
+    links_.LinkTimeoutCount = 0;
+    failure_ = link_.IssueCommand("$SC 1", StatusReader::Scan, "Retrieving Scan Status Record");
+    if (failure_ != LinkFailure::None) return false;
+    const StatusRecord record = link_.ReadStatusRecord();
+    failure_ = record.failure;
+    if (OutcomeOf(failure_) == LinkOutcome::Stop) return false;
+    if (!record.failed()) return true;
+  }
+}
+
+bool Acquisition::ScanSynch(bool configure, const std::string& scanningText) {
+  const SynchScanSettings& scan = method_.SynchScan;
+  view_.clearStatus();
+  if (configure && !configureScan()) return false;
+  view_.clearSpectra();
+  view_.setSpectraScale(scan.LowerLimit, scan.UpperLimit, yMin_.load(), yMax_.load());
+  failure_ = link_.PrepareScanBuffer();
+  if (failure_ != LinkFailure::None) return false;
+  if (!retrieveScanStatus()) return false;
+  view_.clearStatus();
+  view_.showStatus(scanningText);
+  if (!AcquireScan()) return false;
+  // The excitation side ends the scan at the upper limit and the emission side the offset
+  // above it; the cache holds where they really are, so the next fixed reading sends its
+  // first pair unless it happens to be exactly there.
+  exWl_ = scan.UpperLimit;
+  emWl_ = scan.UpperLimit + scan.MonochromatorOffset;
+  return true;
+}
+
+bool Acquisition::AcquireScan() {
+  const SynchScanSettings& scan = method_.SynchScan;
+  const double lower = scan.LowerLimit;
+  const double upper = scan.UpperLimit;
+  const double interval = scan.ScanDataInterval;
+  points_.clear();
+  maximum_ = 0;
+  double x = lower - interval;
+  while (x < upper - kPositionSlackNm && points_.size() < kScanCapacity) {
+    const TerminatedText token = link_.ReadNumberToken();
+    failure_ = token.failure;
+    if (failure_ != LinkFailure::None) return false;
+    if (token.text.empty()) continue;  // a stray character, not a number
+    const double number = fluor::FieldValue(token.text);
+    const double value = number / 1000.0;
+    if (number == kNoPoint || value == kNoPoint) continue;
+    x = lower + static_cast<double>(points_.size()) * interval;
+    points_.push_back(static_cast<float>(value));
+    maximum_ = std::max(maximum_, static_cast<float>(value));
+    view_.plotPoint(x, value, BandPaletteIndex(WavelengthBand(x)));
+    view_.setProgress(static_cast<int>((x - lower) / (upper - lower) * 100.0));
+  }
+  if (autoHeight_.load()) {
+    yMin_.store(0);
+    yMax_.store(maximum_ > 0 ? maximum_ : 1);
+    plotAll();
+  }
+  view_.clearStatus();
+  view_.showStatus("Maximum Synch Value: " + text::fixed(maximum_, 3));
+  drainInput();
+  return true;
+}
+
+void Acquisition::plotAll() {
+  const SynchScanSettings& scan = method_.SynchScan;
+  view_.clearSpectra();
+  view_.setSpectraScale(scan.LowerLimit, scan.UpperLimit, yMin_.load(), yMax_.load());
+  for (std::size_t k = 0; k < points_.size(); ++k) {
+    const double x = scan.LowerLimit + static_cast<double>(k) * scan.ScanDataInterval;
+    view_.plotPoint(x, points_[k], BandPaletteIndex(WavelengthBand(x)));
+  }
+}
+
+void Acquisition::drainInput() {
+  // What follows the last point (its separator, a closing status) is not part of the scan.
+  while (line_.charactersWaiting() > 0) line_.read(line_.charactersWaiting());
+}
+
+}  // namespace zorvel

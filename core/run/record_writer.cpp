@@ -1,0 +1,63 @@
+#include "core/run/record_writer.h"
+
+#include "core/datafiles/record_lines.h"
+#include "core/run/record_append.h"
+#include "core/text/number_format.h"
+
+namespace zorvel {
+
+RecordWriter::RecordWriter(const AppState& state, Operator& op, Printer& printer,
+                           QualityCheck& checks)
+    : state_(state), op_(op), printer_(printer), checks_(checks) {}
+
+void RecordWriter::append(const std::string& path, const std::string& record) {
+  if (AppendRecordDurably(path, record, state_.LineEnding)) return;
+  op_.message("The reading could not be written to " + path + ".", "ZORVEL ERROR",
+              BoxIcon::Exclamation, BoxButtons::Ok);
+}
+
+int RecordWriter::WriteFixedRecord(SampleType type, char letter, const RecordContent& content,
+                                   bool filed) {
+  if (filed) {
+    CheckedReading reading;
+    reading.kind = type == SampleType::Control ? CheckKind::Control : CheckKind::Blank;
+    reading.sampleNumber = content.sampleNumber;
+    reading.readings = content.readings;
+    reading.comment = content.comment;
+    const int verdict = checks_.check(reading);
+    if (state_.Method.PrintResults) PrintResult(type, content);
+    return verdict;
+  }
+  if (state_.Method.PrintResults) PrintResult(type, content);
+  append(state_.DataSet.FixPath,
+         FixedRecordLine(letter, content.sampleNumber, std::nullopt, content.readings,
+                         content.comment, state_.LineEnding));
+  return 0;
+}
+
+void RecordWriter::WriteSynchRecord(SampleType type, char letter, const RecordContent& content,
+                                    bool filed) {
+  const std::string* path = &state_.DataSet.SynPath;
+  if (filed) path = type == SampleType::Control ? &state_.DataSet.StlPath : &state_.DataSet.SlkPath;
+  if (filed && !state_.Method.Fixed) {
+    checks_.countScanOnly(type == SampleType::Control ? CheckKind::Control : CheckKind::Blank);
+  }
+  append(*path, ScanRecordLine(letter, content.sampleNumber, content.points, state_.LineEnding));
+}
+
+std::string RecordWriter::ResultLine(SampleType type, const RecordContent& content) {
+  const std::string label = type == SampleType::Sample
+                                ? text::fixed(static_cast<double>(content.sampleNumber), 0)
+                                : SampleTypeName(type);
+  std::string line = text::padRight(label, 8);
+  for (float reading : content.readings) line += text::padLeft(text::fixed(reading, 1), 7);
+  if (!TrimmedComment(content.comment).empty()) line += " ***";
+  return line;
+}
+
+void RecordWriter::PrintResult(SampleType type, const RecordContent& content) {
+  printer_.print(ResultLine(type, content));
+  printer_.endLine();
+}
+
+}  // namespace zorvel

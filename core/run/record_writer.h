@@ -1,0 +1,52 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "core/app/app_state.h"
+#include "core/platform/clock.h"
+#include "core/platform/operator.h"
+#include "core/platform/printer.h"
+#include "core/run/quality_check.h"
+#include "core/run/sample_type.h"
+
+namespace zorvel {
+
+// What one record is made of: the reading as it stands when the record is written.
+struct RecordContent {
+  int sampleNumber = 0;
+  std::span<const float> readings;  // colours 1..No.Colors
+  std::span<const float> points;    // the scan
+  std::string comment;              // as typed
+};
+
+// Files the run's readings: samples, pures, solvent blanks and replicates in ".FIX"; scans in
+// ".SYN", ".STL" or ".SLK"; controls and blanks through the quality check; and, when the
+// method asks for it, one printed line per reading. A record counts as written only once it is
+// on the disk.
+class RecordWriter {
+ public:
+  RecordWriter(const AppState& state, Operator& op, Printer& printer, QualityCheck& checks);
+
+  // A reading the operator filed as a control or blank (`filed`; type Control or Blank) goes
+  // to the check and returns its verdict; any other reading, the solvent blank included, is
+  // appended to ".FIX" with the letter and returns 0.
+  int WriteFixedRecord(SampleType type, char letter, const RecordContent& content, bool filed);
+  // A filed scan goes to ".STL" or ".SLK" (and counts in its database when no fixed reading
+  // was filed beside it), any other to ".SYN".
+  void WriteSynchRecord(SampleType type, char letter, const RecordContent& content, bool filed);
+  void PrintResult(SampleType type, const RecordContent& content);
+
+  // The printed line: the label in 8 places, each reading "0.0" in 7, " ***" after a comment.
+  static std::string ResultLine(SampleType type, const RecordContent& content);
+
+ private:
+  void append(const std::string& path, const std::string& record);
+
+  const AppState& state_;
+  Operator& op_;
+  Printer& printer_;
+  QualityCheck& checks_;
+};
+
+}  // namespace zorvel

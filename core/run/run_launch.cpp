@@ -1,0 +1,101 @@
+#include "core/run/run_launch.h"
+
+#include "core/datafiles/data_set_commands.h"
+#include "core/datafiles/method_summary.h"
+#include "core/text/number_format.h"
+
+namespace zorvel {
+
+namespace {
+
+std::string whole(int value) {
+  return text::fixed(static_cast<double>(value), 0);
+}
+
+// Step shared by both ways in: false when autosampler delivery cannot go on.
+bool readyAutosampler(LaunchServices& s) {
+  if (s.state.Method.DeliveryMethod != 2 || s.state.Flags.AutosamplerPortOpen) return true;
+  if (!s.openAutosamplerLink || !s.openAutosamplerLink()) return false;
+  s.state.Flags.AutosamplerPortOpen = true;
+  return true;
+}
+
+}  // namespace
+
+std::string PureBlankNotice(const MethodSettings& method) {
+  const std::string press = "Press:  Yes-Continue; No-Stop; Cancel-Continue without pures";
+  if (method.DeliveryMethod != 2) {
+    return "The requested analysis requires a solvent blank be read first followed by " +
+           whole(method.NoPures) + " pure samples (one for each color present)." + "\r" + press;
+  }
+  const AutosamplerSettings& a = method.Autosampler;
+  std::string text =
+      "The requested analysis requires reading a pure sample for each color to be quantified.  "
+      "The method calls for reading " +
+      whole(method.NoPures) + " wavelengths so tubes " + whole(a.StartingTube) + " - " +
+      whole(a.StartingTube + method.NoPures - 1) + " must contain pure samples.";
+  if (a.HasStandard)
+    text += "\rStandard is required in tube position " + whole(a.StandardTube) + ".";
+  if (a.HasBlank) {
+    text += "\rBlank (pure solvent) is required in tube position " + whole(a.BlankTube) + ".";
+  }
+  return text + "\r" + press;
+}
+
+RunLaunch LaunchNewDataSet(LaunchServices s, int firstSampleNumber) {
+  RunLaunch launch;
+  const CreateDataSetResult created = CreateDataFileSet(s.state, s.op, s.clock, s.databases);
+  launch.window = created.window;
+  if (!created.created || !created.written) return launch;
+  MethodSettings& method = s.state.Method;
+  if (method.PrintResults) PrintMethodSummary(s.state, s.printer, true, s.clock.now());
+  if (!readyAutosampler(s)) return launch;
+  if (method.Synch) method.Spillover = true;
+  RunSetup& setup = launch.setup;
+  setup.NewDataSet = true;
+  setup.FirstSampleNumber = firstSampleNumber;
+  setup.PuresPending = method.Spillover;
+  if (s.checks.ControlCount() < 3) {
+    const int answer = s.op.message(
+        "There are insufficient control and/or blank samples to perform median checks.  "
+        "Build a database before proceeding?",
+        "Database Build?", BoxIcon::Question, BoxButtons::YesNo);
+    setup.BuildingDatabases = answer == answer::kYes;
+  }
+  if (setup.PuresPending) {
+    launch.autosamplerPures = method.DeliveryMethod == 2;
+    const int answer = s.op.message(PureBlankNotice(method), "Pure Blank Notification",
+                                    BoxIcon::Question, BoxButtons::YesNoCancel);
+    if (answer == answer::kNo) {
+      launch.backToNoMethod = true;
+      launch.window.methodFileLabel = "Not Loaded";
+      launch.window.dataFileLabel = "Not Loaded";
+      return launch;
+    }
+    if (answer == answer::kCancel) {
+      setup.PuresPending = false;
+      launch.autosamplerPures = false;
+      setup.PureIndex = 0;
+      setup.SampleNumber = method.DeliveryMethod == 2 ? 0 : 1;
+    }
+  }
+  launch.startRun = true;
+  return launch;
+}
+
+RunLaunch LaunchAppend(LaunchServices s, bool newDataSet, int firstSampleNumber,
+                       int lastSampleNumber) {
+  RunLaunch launch;
+  if (s.state.Method.PrintResults) {
+    PrintMethodSummary(s.state, s.printer, newDataSet, s.clock.now());
+  }
+  if (!readyAutosampler(s)) return launch;
+  launch.setup.NewDataSet = newDataSet;
+  launch.setup.FirstSampleNumber = firstSampleNumber;
+  launch.setup.SampleNumber = lastSampleNumber;
+  launch.setup.BuildingDatabases = false;
+  launch.startRun = true;
+  return launch;
+}
+
+}  // namespace zorvel
