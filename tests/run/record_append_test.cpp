@@ -1,0 +1,56 @@
+#include "core/run/record_append.h"
+
+#include <gtest/gtest.h>
+
+#include "core/run/wavelength_band.h"
+#include "support/bytes.h"
+
+namespace zorvel {
+namespace {
+
+using testing::readFile;
+using testing::writeFile;
+
+TEST(RecordAppend, APartialLastLineIsCutOffBeforeTheRecordGoesOn) {
+  const std::string dir = testing::makeTempDir("append");
+  struct Case {
+    const char* name;
+    std::string before;
+    const char* ending;
+    std::string after;
+  } cases[] = {
+      {"whole", "H\r\nS1\t1.000\r\n", "\r\n", "H\r\nS1\t1.000\r\nS2\t2.000\r\n"},
+      {"cut mid-line", "H\r\nS1\t1.000\r\nS2\t2.0", "\r\n", "H\r\nS1\t1.000\r\nS2\t2.000\r\n"},
+      {"cut between CR and LF", "H\r\nS1\t1.000\r\nS2\t2.000\r", "\r\n",
+       "H\r\nS1\t1.000\r\nS2\t2.000\r\n"},
+      {"no whole line at all", "S1\t1.0", "\r\n", "S2\t2.000\r\n"},
+      {"CR line ends", "H\rS1\t1.000\rS2\t", "\r", "H\rS1\t1.000\rS2\t2.000\r"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::string path = dir + c.name;
+    writeFile(path, c.before);
+    const std::string record = std::string("S2\t2.000") + c.ending;
+    ASSERT_TRUE(AppendRecordDurably(path, record, c.ending));
+    EXPECT_SAME_BYTES(c.after, readFile(path));
+  }
+  // A missing file is created with the record alone; a folder that is not there fails.
+  EXPECT_TRUE(AppendRecordDurably(dir + "NEW.CTL", "C1\r\n", "\r\n"));
+  EXPECT_SAME_BYTES("C1\r\n", readFile(dir + "NEW.CTL"));
+  EXPECT_FALSE(AppendRecordDurably(dir + "missing/NEW.CTL", "C1\r\n", "\r\n"));
+}
+
+TEST(WavelengthBands, BoundariesBelongToTheBandAbove) {
+  EXPECT_EQ(1, WavelengthBand(384.99));
+  EXPECT_EQ(2, WavelengthBand(385));
+  EXPECT_EQ(5, WavelengthBand(500.4));
+  EXPECT_EQ(6, WavelengthBand(500.5));
+  EXPECT_EQ(13, WavelengthBand(668.9));
+  EXPECT_EQ(14, WavelengthBand(669));
+  EXPECT_EQ(14, WavelengthBand(900));
+  // Each band has a colour of its own but the last two reds, and none is the plot's black.
+  for (int band = 1; band <= 14; ++band) EXPECT_NE(0, BandPaletteIndex(band)) << band;
+}
+
+}  // namespace
+}  // namespace zorvel
