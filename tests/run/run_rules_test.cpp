@@ -50,7 +50,7 @@ TEST(CuvetteRun, QuittingDuringThePuresDeletesTheRunsFilesOnlyAfterYes) {
   run.controller->OK_Click(2);
   EXPECT_EQ(RunState::AwaitingRead, run.controller->state());
   EXPECT_NE("", run.file(run.state.DataSet.FixPath));
-  const MessageBoxRequest& box = run.op.messages().back();
+  const MessageBoxRequest box = run.op.messages().back();
   EXPECT_EQ(
       "You are trying to quit prior to reading all pure samples.  If you quit the data file will "
       "be deleted and you will need to recreate it and reread the solvent blank and ALL pure "
