@@ -1,0 +1,222 @@
+#include "ui/windows/run_window.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QElapsedTimer>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPointer>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include "core/app/port_map.h"
+#include "core/platform/page_printer.h"
+#include "core/platform/real_clock.h"
+#include "core/run/filing_check.h"
+#include "sim/sim_rig.h"
+#include "support/bytes.h"
+#include "ui/platform/qt_operator.h"
+#include "ui/qt_app.h"
+#include "ui/windows/run_grid.h"
+#include "ui/windows/run_spectra.h"
+
+namespace zorvel {
+namespace {
+
+// A cuvette run of a short method on the in-process simulator, in real time: the instrument
+// answers at once but for its read times and the line's own character times.
+struct WindowRun {
+  WindowRun(bool fixed, bool synch, float readTimeS, int colours = 2) {
+    testing::qtApp();
+    FillColourTables(state);
+    FillModelNames(state);
+    state.StartDirectory = testing::makeTempDir("runwin");
+    state.LogPath = state.StartDirectory + "ZORVEL.LOG";
+    state.Prefs.FlComPort = 1;
+    MethodSettings& m = state.Method;
+    m.Fixed = fixed;
+    m.Synch = synch;
+    m.NoColors = static_cast<std::int16_t>(colours);
+    m.ReadTime = readTimeS;
+    m.ReadTimePures = readTimeS;
+    m.ScanSpeed = 1500;
+    m.FilterSetting = 7;
+    m.PMTVoltage = 820;
+    m.Repetitions = 1;
+    m.FixedPairs[1] = {493, 515, 5, 5, 4};
+    m.FixedPairs[2] = {520, 540, 5, 5, 5};
+    m.SynchScan = {5, 5, 400, 425, 20, 1};
+    const std::string base = state.StartDirectory + "LIVER";
+    state.DataSet = {base + ".FIX", base + ".SYN", base + ".CTL",
+                     base + ".BLK", base + ".STL", base + ".SLK",
+                     base + ".LOG", "liver",       ""};
+    rig.fluorimeter().setTiming(sim::FluorimeterSim::InstantTiming());
+    rig.fluorimeter().setScanDataIntervalNm(1);
+    for (double& dye : rig.bench.cuvette.dyes) dye = 1.0;
+    ports.devices[1] = "sim";
+    window =
+        ui::OpenRunWindow(nullptr, {state, op, clock, printer, checks}, RunSetup{}, ports, rig, "");
+    QObject::connect(window.data(), &ui::RunWindow::runClosed,
+                     [this](bool controls) { closedWithControls = controls ? 1 : 0; });
+  }
+  ~WindowRun() { delete window.data(); }
+
+  template <typename T>
+  T* find(const char* name) const {
+    T* found = window->findChild<T*>(name);
+    EXPECT_NE(found, nullptr) << name;
+    return found;
+  }
+  QPushButton* button(const char* name) const { return find<QPushButton>(name); }
+  QString status() const { return find<QLabel>("Status")->text(); }
+  // Clicks a button and waits until the window has shown what the click's work made.
+  void clickAndWait(const char* name, const char* until) {
+    QTest::mouseClick(button(name), Qt::LeftButton);
+    QTRY_VERIFY_WITH_TIMEOUT(!window->working() && find<QWidget>(until)->isVisible(), 5000);
+  }
+
+  AppState state;
+  RealClock clock;
+  ui::QtOperator op;
+  PagePrinter printer;
+  sim::SimRig rig;
+  FilingCheck checks{state, clock, op};
+  PortMap ports;
+  QPointer<ui::RunWindow> window;
+  int closedWithControls = -1;
+};
+
+TEST(RunWindow, CuvetteRunInitReadRejectReadAcceptAndQuit) {
+  WindowRun run(true, false, 0.05f);
+  ASSERT_NE(run.window, nullptr);
+  ASSERT_TRUE(run.window->isVisible());
+  EXPECT_EQ(run.window->objectName(), "SAMPLING");
+  EXPECT_EQ(run.button("OK_1")->text(), "&Init");
+  EXPECT_EQ(run.status(), "[I]nitialize Fluorimeter, [Q]uit Analysis.");
+  EXPECT_EQ(run.find<QAction>("MenuFilename")->text(), "LIVER.FIX");
+  ui::ResultsGrid* grid = run.window->grid();
+  EXPECT_EQ(grid->textAt(0, 1), "493/515");
+  EXPECT_EQ(grid->textAt(0, 2), "520/540");
+  EXPECT_EQ(grid->textAt(1, 0), "Median");
+  EXPECT_EQ(grid->textAt(2, 0), "Sample");
+  EXPECT_FALSE(run.find<QGroupBox>("AR_Frame")->isVisible());
+  EXPECT_FALSE(run.find<QGroupBox>("SyncFrame")->isVisible());
+
+  run.clickAndWait("OK_1", "OK_Frame");
+  EXPECT_EQ(run.button("OK_1")->text(), "&Read Sample");
+  EXPECT_TRUE(run.status().startsWith("Analysis Configuration Complete\n"));
+  EXPECT_TRUE(run.status().endsWith("[R]ead Sample or [Q]uit"));
+
+  run.clickAndWait("OK_1", "AR_Frame");
+  EXPECT_FALSE(run.find<QGroupBox>("OK_Frame")->isVisible());
+  EXPECT_EQ(grid->textAt(3, 0), "1");
+  for (int colour = 1; colour <= 2; ++colour) {
+    bool number = false;
+    grid->textAt(3, colour).toDouble(&number);
+    EXPECT_TRUE(number) << grid->textAt(3, colour).toStdString();
+  }
+  EXPECT_TRUE(run.button("AcceptReject_3")->isVisible());
+  EXPECT_TRUE(run.find<QLineEdit>("Comment_Box")->isVisible());
+
+  // The reject question comes from the worker and is answered on the window thread.
+  QString asked;
+  testing::whenShown("MessageBox", [&asked](QWidget* box) {
+    auto* message = static_cast<QMessageBox*>(box);
+    asked = message->text();
+    message->button(QMessageBox::Cancel)->click();
+  });
+  run.clickAndWait("AcceptReject_2", "OK_Frame");
+  EXPECT_TRUE(asked.startsWith("Do you wish to abort or reread the sample?"));
+  EXPECT_EQ(grid->textAt(3, 0), "NS");
+  EXPECT_FALSE(run.find<QGroupBox>("AR_Frame")->isVisible());
+
+  run.clickAndWait("OK_1", "AR_Frame");
+  EXPECT_EQ(grid->textAt(4, 0), "1");  // the cancelled sample keeps its number
+  QTest::keyClicks(run.find<QLineEdit>("Comment_Box"), "cloudy");
+  run.clickAndWait("AcceptReject_1", "OK_Frame");
+  EXPECT_TRUE(run.status().startsWith("Waiting For New Cuvette."));
+  const std::string fix = testing::readFile(run.state.DataSet.FixPath);
+  EXPECT_NE(fix.find("cloudy"), std::string::npos) << testing::visible(fix);
+  EXPECT_EQ(std::count(fix.begin(), fix.end(), '\n'), 1) << testing::visible(fix);
+
+  QTest::mouseClick(run.button("OK_2"), Qt::LeftButton);
+  QTRY_VERIFY_WITH_TIMEOUT(run.window.isNull(), 2000);
+  EXPECT_EQ(run.closedWithControls, 0);
+  EXPECT_NE(testing::readFile(run.state.LogPath).find("Lamp On"), std::string::npos);
+}
+
+TEST(RunWindow, AnswersTheOperatorWhileAReadingIsUnderWayAndTakesKeysOnItsButtons) {
+  WindowRun run(true, false, 1.0f, 1);
+  QTest::keyClick(run.button("OK_1"), Qt::Key_I);
+  QTRY_VERIFY_WITH_TIMEOUT(!run.window->working() && run.button("OK_1")->text() == "&Read Sample",
+                           5000);
+
+  QElapsedTimer reading;
+  reading.start();
+  QTest::keyClick(run.button("OK_1"), Qt::Key_R);
+  ASSERT_TRUE(run.window->working());
+  // A click and a timer are answered at once while the instrument integrates for a second.
+  auto* autoHeight = run.find<QCheckBox>("AutoHeight");
+  const bool before = autoHeight->isChecked();
+  QTest::mouseClick(autoHeight, Qt::LeftButton, {}, QPoint(8, autoHeight->height() / 2));
+  EXPECT_NE(autoHeight->isChecked(), before);
+  bool ticked = false;
+  QTimer::singleShot(10, [&ticked] { ticked = true; });
+  QTRY_VERIFY_WITH_TIMEOUT(ticked, 200);
+  EXPECT_TRUE(run.window->working());
+  EXPECT_LT(reading.elapsed(), 800);
+  QTRY_VERIFY_WITH_TIMEOUT(run.find<QGroupBox>("AR_Frame")->isVisible(), 5000);
+  EXPECT_GE(reading.elapsed(), 1000);
+
+  // Keys on the decision buttons: an unknown one beeps and leaves the choice open, "a" accepts.
+  QTest::keyClick(run.button("AcceptReject_1"), Qt::Key_X);
+  QTRY_VERIFY_WITH_TIMEOUT(!run.window->working(), 2000);
+  EXPECT_TRUE(run.find<QGroupBox>("AR_Frame")->isVisible());
+  QTest::keyClick(run.button("AcceptReject_1"), Qt::Key_A);
+  QTRY_VERIFY_WITH_TIMEOUT(!run.window->working() && run.find<QGroupBox>("OK_Frame")->isVisible(),
+                           2000);
+  EXPECT_FALSE(testing::readFile(run.state.DataSet.FixPath).empty());
+}
+
+TEST(RunWindow, ScanIsPlottedInBandColoursAndFittedToItsMaximum) {
+  WindowRun run(false, true, 0.05f);
+  EXPECT_FALSE(run.window->grid()->isVisible());
+  EXPECT_TRUE(run.find<QGroupBox>("SyncFrame")->isVisible());
+  EXPECT_EQ(run.find<QAction>("MenuFilename")->text(), "LIVER.SYN");
+  run.clickAndWait("OK_1", "OK_Frame");
+  run.clickAndWait("OK_1", "AR_Frame");
+
+  ui::SpectraPlot* plot = run.window->spectra();
+  EXPECT_EQ(plot->pointCount(), 26);  // 400..425 nm, one point a nanometre
+  EXPECT_EQ(run.find<QLabel>("MinVal_Label")->text(), "400.0");
+  EXPECT_EQ(run.find<QLabel>("MaxVal_Label")->text(), "425.0");
+  EXPECT_EQ(run.find<QProgressBar>("Perc_Panel")->value(), 100);
+  // AutoHeight is on: the vertical scale is the scan's own maximum, and the entries show it.
+  EXPECT_EQ(plot->yMin(), 0.0);
+  EXPECT_GT(plot->yMax(), 0.0);
+  EXPECT_EQ(run.find<QLineEdit>("YMax")->text().toDouble(), plot->yMax());
+  EXPECT_TRUE(run.status().contains("Maximum Synch Value: "));
+
+  const QImage picture = plot->picture(QSize(300, 150));
+  std::set<QRgb> colours;
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) {
+      const QColor c(picture.pixel(x, y));
+      if (c.saturation() > 100) colours.insert(c.rgb());
+    }
+  }
+  // 400-425 nm spans the bands below and above 415 nm: at least two colours.
+  EXPECT_GE(colours.size(), 2u);
+
+  run.clickAndWait("AcceptReject_1", "OK_Frame");
+  EXPECT_FALSE(testing::readFile(run.state.DataSet.SynPath).empty());
+}
+
+}  // namespace
+}  // namespace zorvel

@@ -1,0 +1,155 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/run/run_controller.h"
+#include "core/run/run_view.h"
+
+class QAction;
+class QCheckBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QMenuBar;
+class QProgressBar;
+class QPushButton;
+
+namespace zorvel {
+struct PortMap;
+namespace sim {
+class SimRig;
+}
+}  // namespace zorvel
+
+namespace zorvel::ui {
+
+class InstrumentWorker;
+class ResultsGrid;
+class RunViewRelay;
+class SpectraPlot;
+
+// What a run window borrows from the program for the length of the run.
+struct RunWindowServices {
+  AppState& state;
+  Operator& op;
+  Clock& clock;
+  Printer& printer;
+  QualityCheck& checks;
+};
+
+// SAMPLING, the run window: the results grid, the prompts, the decision buttons with the
+// comment box, the scan plot and the time display of one analysis run. The rules live in the
+// RunController; this window shows what it is told and forwards the operator's clicks and
+// keys. Instrument work (Init, Read, the decisions) runs on the window's own worker thread, so
+// the window repaints and answers meanwhile; the controller's view calls come back queued.
+class RunWindow final : public QWidget, public RunView {
+  Q_OBJECT
+ public:
+  RunWindow(const RunWindowServices& services, const RunSetup& setup,
+            std::unique_ptr<SerialLine> fluorimeterLine, QWidget* parent = nullptr);
+  ~RunWindow() override;
+
+  RunController& controller() { return *controller_; }
+  // True from the start of a click's instrument work until the window has shown its result.
+  bool working() const { return working_; }
+  SpectraPlot* spectra() const { return plot_; }
+  ResultsGrid* grid() const { return grid_; }
+
+  // RunView, on the window's thread (the relay brings the worker's calls here).
+  void layOut(bool fixed, bool synch) override;
+  void setFilenameCaption(const std::string& caption) override;
+  void clearStatus() override;
+  void showStatus(const std::string& line) override;
+  void setGridColumns(const std::vector<std::string>& heads) override;
+  void setMedianRow(const std::vector<std::string>& medians) override;
+  void setRowLabel(int row, const std::string& label) override;
+  void setCell(int row, int column, const std::string& text) override;
+  void setCellColour(int row, int column, int paletteIndex) override;
+  void showRow(int row) override;
+  void showChoices(const RunChoices& choices) override;
+  void showComment(bool visible) override;
+  void clearComment() override;
+  void showOkFrame(bool visible) override;
+  void setOkCaption(const std::string& caption) override;
+  void setFocus(RunButton button) override;
+  void setResetSampEnabled(bool enabled) override;
+  void setKeyLegend(const std::string& text) override;
+  void clearSpectra() override;
+  void setSpectraScale(double lowerNm, double upperNm, double yMin, double yMax) override;
+  void plotPoint(double wavelengthNm, double value, int paletteIndex) override;
+  void setProgress(int percent) override;
+  void setTimeInfo(const std::vector<std::string>& lines) override;
+  void closeWindow() override;
+
+ signals:
+  // The run is over and the window is going: the main window restores its menus and shows
+  // the control trend when control data exist.
+  void runClosed(bool controlDataExist);
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  QWidget* buildGridArea();
+  QGroupBox* buildScanFrame();
+  QGroupBox* buildDecisionFrame();
+  QGroupBox* buildOkFrame();
+  void buildMenus();
+  void connectControls();
+
+  // Runs a long controller call on the worker; ignored while one is under way.
+  void startWork(std::function<void(RunController&)> call);
+  void workFinished();
+  void pushVerticalScale();
+  void updateDecisionFrame();
+  QPushButton* buttonFor(RunButton button) const;
+
+  std::unique_ptr<SerialLine> line_;
+  std::unique_ptr<RunViewRelay> relay_;
+  std::unique_ptr<RunController> controller_;
+  std::unique_ptr<InstrumentWorker> worker_;
+  bool working_ = false;
+  bool unloaded_ = false;
+  std::vector<QString> statusLines_;
+
+  QMenuBar* menuBar_ = nullptr;
+  QMenu* options_ = nullptr;
+  QAction* filename_ = nullptr;
+  QAction* resetSamp_ = nullptr;
+  QAction* tubeRange_ = nullptr;
+  QLabel* status_ = nullptr;
+  QLabel* abortMsg_ = nullptr;
+  QLabel* timeInfo_ = nullptr;
+  ResultsGrid* grid_ = nullptr;
+  QGroupBox* syncFrame_ = nullptr;
+  SpectraPlot* plot_ = nullptr;
+  QLineEdit* yMin_ = nullptr;
+  QLineEdit* yMax_ = nullptr;
+  QLabel* minVal_ = nullptr;
+  QLabel* maxVal_ = nullptr;
+  QCheckBox* autoHeight_ = nullptr;
+  QProgressBar* progress_ = nullptr;
+  QGroupBox* arFrame_ = nullptr;
+  std::vector<QPushButton*> acceptReject_;  // Accept, Reject, Control, Blank
+  QLabel* commentLabel_ = nullptr;
+  QLineEdit* commentBox_ = nullptr;
+  QGroupBox* okFrame_ = nullptr;
+  QPushButton* ok1_ = nullptr;
+  QPushButton* ok2_ = nullptr;
+};
+
+// Opens SAMPLING for a run the launch has prepared, on the fluorimeter's COM port from the
+// preferences (the port map's "sim" joins it to the rig's simulated fluorimeter, whose bench
+// then hands over the next cuvette at each Read). The window is shown at once, keeps the rest
+// of the program waiting until it closes, and deletes itself when it does; traceDirectory
+// non-empty records the fluorimeter traffic there. Nothing when the line cannot be made.
+RunWindow* OpenRunWindow(QWidget* parent, const RunWindowServices& services, const RunSetup& setup,
+                         const PortMap& ports, sim::SimRig& rig, const std::string& traceDirectory);
+
+}  // namespace zorvel::ui
