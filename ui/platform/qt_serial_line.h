@@ -31,6 +31,8 @@ class QtSerialLine final : public SerialLine {
   std::string read(std::size_t n) override;
   void discardInput() override;
   bool waitForCharacters(std::size_t n, double deadlineS) override;
+  // Recorded only: the port's own buffer grows as needed, so a scan's numbers can never
+  // overrun it however large the scan.
   void setInputBufferSize(std::size_t size) override { inputBufferSize_ = size; }
   bool lost() const override { return lost_; }
   std::string describe() const override { return comName_ + " (" + device_ + ")"; }
