@@ -1,6 +1,8 @@
 #include "core/platform/tracing_line.h"
 
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 
 #include "core/text/clock_time_format.h"
 #include "core/text/number_format.h"
@@ -58,6 +60,12 @@ TraceFile::TraceFile(std::string path, std::size_t limitBytes)
 
 bool TraceFile::appendLine(std::string_view text) {
   std::FILE* f = std::fopen(path_.c_str(), "ab");
+  if (f == nullptr) {
+    // The trace folder is made on first use, so --trace may name one that does not exist yet.
+    std::error_code ignored;
+    std::filesystem::create_directories(std::filesystem::path(path_).parent_path(), ignored);
+    f = std::fopen(path_.c_str(), "ab");
+  }
   if (f == nullptr) return false;
   const long size = std::ftell(f);
   if (size > 0 && static_cast<std::size_t>(size) + text.size() + 1 > limitBytes_) {

@@ -121,7 +121,10 @@ TEST(TraceFile, RollsOnceWhenFullKeepingOnlyTheNewestOlderFile) {
   // A line longer than the whole limit is still written, alone in its file.
   ASSERT_TRUE(file.appendLine(std::string(50, 'x')));
   EXPECT_EQ(testing::readFile(dir + "pump.trace"), std::string(50, 'x') + "\n");
-  EXPECT_FALSE(TraceFile(dir + "missing/x.trace").appendLine("x"));
+  // A missing folder is made; a folder that cannot be made is refused.
+  EXPECT_TRUE(TraceFile(dir + "new/folder/x.trace").appendLine("x"));
+  EXPECT_EQ(testing::readFile(dir + "new/folder/x.trace"), "x\n");
+  EXPECT_FALSE(TraceFile(dir + "pump.trace/x.trace").appendLine("x"));
 }
 
 }  // namespace
