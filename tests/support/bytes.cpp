@@ -42,7 +42,7 @@ void writeFile(const std::string& path, std::string_view bytes) {
 
 std::string readGolden(const std::string& name) {
   const char* dir = std::getenv("ZORVEL_GOLDEN_DIR");
-  const std::string base = dir != nullptr ? dir : "tests/golden";
+  const std::string base = dir != nullptr ? dir : ZORVEL_GOLDEN_DIR;
   const std::string path = base + "/" + name;
   if (!std::filesystem::exists(path)) ADD_FAILURE() << "golden file missing: " << path;
   return readFile(path);

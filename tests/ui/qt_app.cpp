@@ -8,6 +8,8 @@ QApplication& qtApp() {
   static int argc = 1;
   static char name[] = "zorvel-tests";
   static char* argv[] = {name, nullptr};
+  // Windows are drawn off screen, with or without a display.
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   static auto* app = new QApplication(argc, argv);
   return *app;
 }
