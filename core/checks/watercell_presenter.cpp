@@ -69,20 +69,20 @@ void WaterCellPresenter::opened() {
   view_.showButtons(ButtonsFor(stage_));
 }
 
-void WaterCellPresenter::start() {
-  if (stage_ != WaterCellStage::WaitingForStart) return;
+bool WaterCellPresenter::beginStart() {
+  if (stage_ != WaterCellStage::WaitingForStart) return false;
   stage_ = WaterCellStage::Running;
   view_.showButtons(ButtonsFor(stage_));
   view_.clearArea(CheckArea::Status);
-  runCheck();
+  return true;
 }
 
-void WaterCellPresenter::rerun() {
-  if (stage_ != WaterCellStage::Outside && stage_ != WaterCellStage::Stopped) return;
+bool WaterCellPresenter::beginRerun() {
+  if (!ButtonsFor(stage_).rerun) return false;
   stage_ = WaterCellStage::Running;
   view_.clearArea(CheckArea::Messages);
   view_.showButtons(ButtonsFor(stage_));
-  runCheck();
+  return true;
 }
 
 void WaterCellPresenter::ok() {

@@ -36,9 +36,18 @@ class WaterCellPresenter {
                      WaterCellResult& lastResult, WaterCellView& view);
 
   void opened();
-  // Start and Rerun run the whole check before they return (on the instrument worker).
-  void start();
-  void rerun();
+  // Start and Rerun run the whole check before they return.
+  void start() {
+    if (beginStart()) runCheck();
+  }
+  void rerun() {
+    if (beginRerun()) runCheck();
+  }
+  // The same in two halves, so that the window hides its buttons at once and runs the check
+  // itself on the instrument worker. begin* is false when the button is not offered.
+  bool beginStart();
+  bool beginRerun();
+  void runCheck();
   void ok();
   void cancel();
   // Escape or the window's close box: Cancel before a run, OK where OK is the cancel button,
@@ -52,7 +61,6 @@ class WaterCellPresenter {
   static WaterCellButtons ButtonsFor(WaterCellStage stage);
 
  private:
-  void runCheck();
   LinkFailure setUpInstrument(FluorimeterLink& link);
   LinkFailure collectDrive(FluorimeterLink& link);
   void judge();

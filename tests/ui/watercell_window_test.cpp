@@ -1,0 +1,103 @@
+#include "ui/windows/watercell_window.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include "core/platform/scripted_operator.h"
+#include "core/platform/virtual_clock.h"
+#include "sim/fluorimeter_sim.h"
+#include "sim/simulated_line.h"
+#include "support/bytes.h"
+#include "ui/qt_app.h"
+
+namespace zorvel {
+namespace {
+
+template <typename T>
+T* child(QWidget& parent, const char* name) {
+  T* widget = parent.findChild<T*>(name);
+  EXPECT_NE(widget, nullptr) << name;
+  return widget;
+}
+
+class WaterCellWindowTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    testing::qtApp();
+    state.StartDirectory = dir;
+    state.LogPath = dir + "ZORVEL.LOG";
+  }
+  // Opens the window on the simulator, presses Start and waits for the drive's result.
+  std::unique_ptr<ui::WaterCellWindow> runCheck() {
+    auto window = std::make_unique<ui::WaterCellWindow>(
+        state, op, clock, std::make_unique<sim::SimulatedLine>(clock, fluorimeter), last);
+    window->show();
+    child<QPushButton>(*window, "Start")->click();
+    EXPECT_FALSE(child<QPushButton>(*window, "Start")->isVisible());
+    for (int waitedMs = 0; window->working() && waitedMs < 10000; waitedMs += 5) QTest::qWait(5);
+    EXPECT_FALSE(window->working());
+    return window;
+  }
+
+  std::string dir = testing::makeTempDir("waterwin");
+  AppState state;
+  ScriptedOperator op;
+  VirtualClock clock;
+  sim::Bench bench;  // a water cell in the holder
+  sim::FluorimeterSim fluorimeter{bench, 2, 11};
+  WaterCellResult last;
+};
+
+TEST_F(WaterCellWindowTest, OpensWithItsInstructionsAndStartAsDefault) {
+  ui::WaterCellWindow window(state, op, clock,
+                             std::make_unique<sim::SimulatedLine>(clock, fluorimeter), last);
+  window.show();
+  EXPECT_EQ("Watercell", window.windowTitle());
+  EXPECT_EQ("WATERFORM", window.objectName());
+  EXPECT_EQ(
+      "Place watercell in the cuvette holder\nand then press the ENTER key or click\nthe Start "
+      "button to start sampling.",
+      child<QLabel>(window, "Messages")->text());
+  EXPECT_TRUE(child<QPushButton>(window, "Start")->isDefault());
+  EXPECT_TRUE(child<QPushButton>(window, "Cancel")->isVisible());
+  EXPECT_FALSE(child<QPushButton>(window, "Rerun")->isVisible());
+  EXPECT_EQ("Rerun Watercell", child<QPushButton>(window, "Rerun")->text());
+  EXPECT_FALSE(child<QPushButton>(window, "OK")->isVisible());
+  QTest::keyClick(&window, Qt::Key_Escape);  // Cancel before a run
+  EXPECT_FALSE(window.isVisible());
+  EXPECT_NE(std::string::npos,
+            testing::readFile(state.LogPath).find("Watercell out of limits.  Aborted"));
+}
+
+TEST_F(WaterCellWindowTest, FreshSimulatorPassesAndLostLampPowerFails) {
+  auto first = runCheck();
+  EXPECT_TRUE(child<QPushButton>(*first, "OK")->isVisible());
+  EXPECT_TRUE(child<QPushButton>(*first, "OK")->isDefault());
+  EXPECT_FALSE(child<QPushButton>(*first, "Rerun")->isVisible());
+  EXPECT_FALSE(child<QProgressBar>(*first, "Perc_Panel")->isVisible());
+  EXPECT_EQ(100, child<QProgressBar>(*first, "Perc_Panel")->value());
+  EXPECT_TRUE(child<QLabel>(*first, "Status")->text().contains("WITHIN the expected range"));
+  EXPECT_EQ("Running 2 Minute Time Drive", child<QLabel>(*first, "Messages")->text());
+  QTest::keyClick(first.get(), Qt::Key_Escape);  // OK is not the cancel button here
+  EXPECT_TRUE(first->isVisible());
+  child<QPushButton>(*first, "OK")->click();
+  EXPECT_FALSE(first->isVisible());
+  const std::string stored = testing::readFile(dir + "ZORVEL.MSF");
+
+  fluorimeter.setLampPower(0.4);
+  auto second = runCheck();
+  EXPECT_TRUE(child<QLabel>(*second, "Status")->text().contains("OUTSIDE expected range"));
+  EXPECT_TRUE(child<QPushButton>(*second, "Rerun")->isVisible());
+  EXPECT_TRUE(second->property("okIsCancel").toBool());
+  QTest::keyClick(second.get(), Qt::Key_Escape);
+  EXPECT_FALSE(second->isVisible());
+  EXPECT_SAME_BYTES(stored, testing::readFile(dir + "ZORVEL.MSF"));
+  EXPECT_TRUE(op.shown.empty());
+}
+
+}  // namespace
+}  // namespace zorvel
