@@ -1,0 +1,184 @@
+// zorvel-run conducting whole cuvette runs: against zorvel-sim over pseudo-terminals, and on its
+// own simulated bench while it is killed in the middle of a run.
+
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <chrono>
+#include <filesystem>
+#include <regex>
+#include <sstream>
+#include <thread>
+
+#include "core/app/preferences_file.h"
+#include "core/method/method_file.h"
+#include "support/bytes.h"
+
+#if defined(ZORVEL_SIM_EXECUTABLE) && defined(ZORVEL_RUN_EXECUTABLE)
+
+namespace zorvel {
+namespace {
+
+void ensureApplication() {
+  if (QCoreApplication::instance() != nullptr) return;
+  static int argc = 1;
+  static char name[] = "test_e2e";
+  static char* argv[] = {name, nullptr};
+  new QCoreApplication(argc, argv);  // lives as long as the test program
+}
+
+MethodSettings QuickMethod(bool synch) {
+  MethodSettings m;
+  m.Fixed = true;
+  m.Synch = synch;
+  m.Spillover = synch;
+  m.NoColors = 3;
+  m.NoPures = 3;
+  m.ReadTime = 0.1f;
+  m.ReadTimePures = 0.1f;
+  m.ScanSpeed = 1500;
+  m.FilterSetting = 7;
+  m.PMTVoltage = 820;
+  m.Repetitions = 1;
+  m.AmtSolvent = 1;
+  m.Operator = "JS";
+  m.StudyId = "Liver";
+  m.FixedPairs[1] = {493, 515, 5, 5, 4};
+  m.FixedPairs[2] = {520, 540, 5, 5, 5};
+  m.FixedPairs[3] = {617.5f, 640, 10, 5, 10};
+  m.SynchScan = {5, 5, 400, 410, 20, 1};
+  return m;
+}
+
+// A start-up folder with its preferences (the fluorimeter on COM1), DATA, METHODS and a method.
+std::string Workspace(const MethodSettings& method) {
+  const std::string dir = testing::makeTempDir("e2e-run");
+  std::filesystem::create_directories(dir + "DATA");
+  std::filesystem::create_directories(dir + "METHODS");
+  Preferences prefs;
+  prefs.FlComPort = 1;
+  prefs.BaseDirectoryPath = dir;
+  EXPECT_TRUE(WritePreferencesFile(dir + "ZORVEL.PRF", prefs));
+  EXPECT_TRUE(WriteMethodFile(method, dir + "METHODS/LIVER.MTH"));
+  return dir;
+}
+
+// The records of a data file: the lines that start with a record letter and a number.
+std::vector<std::string> Records(const std::string& path) {
+  std::vector<std::string> records;
+  std::istringstream in(testing::readFile(path));
+  std::string line;
+  const std::regex record("^[SPBCR][0-9]+[\t ].*");
+  while (std::getline(in, line)) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    if (std::regex_match(line, record)) records.push_back(line);
+  }
+  return records;
+}
+
+std::vector<std::string> Labels(const std::vector<std::string>& records) {
+  std::vector<std::string> labels;
+  for (const auto& r : records) labels.push_back(r.substr(0, r.find_first_of("\t ")));
+  return labels;
+}
+
+QStringList RunArguments(const std::string& dir, const std::string& answers) {
+  testing::writeFile(dir + "answers.txt", answers);
+  return {"--start-dir", QString::fromStdString(dir),
+          "--method",    QString::fromStdString(dir + "METHODS/LIVER.MTH"),
+          "--data",      QString::fromStdString(dir + "DATA/RUN1.FIX"),
+          "--answers",   QString::fromStdString(dir + "answers.txt")};
+}
+
+TEST(AnalysisRun, ZorvelRunAgainstZorvelSimOverPseudoTerminals) {
+  ensureApplication();
+  const std::string dir = Workspace(QuickMethod(true));
+  QProcess sim;
+  sim.start(ZORVEL_SIM_EXECUTABLE, {"--dir", QString::fromStdString(dir), "--speed", "20"});
+  ASSERT_TRUE(sim.waitForStarted(5000));
+  int listed = 0;
+  while (listed < 3 && sim.waitForReadyRead(5000)) {
+    while (sim.canReadLine()) listed += sim.readLine().isEmpty() ? 0 : 1;
+  }
+  ASSERT_EQ(3, listed) << sim.readAllStandardError().toStdString();
+
+  const std::string answers =
+      "no      # no database building\n"
+      "yes     # the solvent blank and the pures\n"
+      "init\n"
+      "read\naccept\naccept\n"                  // solvent blank: fixed, then scan
+      "read\naccept\naccept\n"                  // pure 1
+      "read\nreject\nretry\naccept\naccept\n"   // pure 2, read again
+      "read\naccept\naccept\n"                  // pure 3
+      "read\ncomment Cloudy\naccept\naccept\n"  // sample 1
+      "read\ncontrol\naccept\n"                 // filed as a control
+      "read\nblank\naccept\n"                   // and as a blank
+      "read\naccept\nreject\ncancel\n"          // scan rejected: asked again
+      "read\naccept\naccept\n"                  // sample 2
+      "quit\n";
+  QProcess run;
+  run.start(ZORVEL_RUN_EXECUTABLE, RunArguments(dir, answers));
+  ASSERT_TRUE(run.waitForFinished(20000));
+  const std::string out = run.readAllStandardOutput().toStdString();
+  const std::string err = run.readAllStandardError().toStdString();
+  sim.terminate();
+  sim.waitForFinished(3000);
+  ASSERT_EQ(0, run.exitCode()) << out << err;
+  EXPECT_NE(std::string::npos, out.find("Waiting For New Cuvette.")) << out;
+  EXPECT_NE(std::string::npos, out.find("Insert a cuvette with pure sample for color 3.")) << out;
+
+  const std::string data = dir + "DATA/RUN1.";
+  const std::vector<std::string> samples = {"B1", "P1", "P2", "P3", "S1", "S2"};
+  EXPECT_EQ(samples, Labels(Records(data + "FIX")));
+  EXPECT_EQ(samples, Labels(Records(data + "SYN")));
+  EXPECT_EQ(std::vector<std::string>{"C2"}, Labels(Records(data + "CTL")));
+  EXPECT_EQ(std::vector<std::string>{"B2"}, Labels(Records(data + "BLK")));
+  EXPECT_EQ(std::vector<std::string>{"C2"}, Labels(Records(data + "STL")));
+  EXPECT_EQ(std::vector<std::string>{"B2"}, Labels(Records(data + "SLK")));
+  const auto fixed = Records(data + "FIX");
+  ASSERT_EQ(6u, fixed.size());
+  EXPECT_TRUE(std::regex_match(fixed[4], std::regex("S1(\t-?[0-9]+\\.[0-9]{3}){3}\tCloudy")))
+      << fixed[4];
+}
+
+TEST(AnalysisRun, ARunKilledMidwayLeavesEveryRecordItWroteWhole) {
+  ensureApplication();
+  MethodSettings method = QuickMethod(false);
+  method.ReadTime = 0.1f;
+  const std::string dir = Workspace(method);
+  std::string answers = "no\ninit\n";
+  for (int k = 0; k < 40; ++k) answers += "read\naccept\n";
+  answers += "quit\n";
+  QProcess run;
+  QStringList arguments = RunArguments(dir, answers);
+  arguments << "--port"
+            << "COM1=sim";
+  run.start(ZORVEL_RUN_EXECUTABLE, arguments);
+  ASSERT_TRUE(run.waitForStarted(5000));
+  const std::string fix = dir + "DATA/RUN1.FIX";
+  // Killed at once after the second record, while the third is being read or written.
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (Records(fix).size() < 2 && std::chrono::steady_clock::now() < deadline) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  ::kill(static_cast<pid_t>(run.processId()), SIGKILL);
+  run.waitForFinished(3000);
+
+  const std::string bytes = testing::readFile(fix);
+  ASSERT_FALSE(bytes.empty());
+  EXPECT_EQ("\r\n", bytes.substr(bytes.size() - 2)) << "a record was cut short";
+  const auto records = Records(fix);
+  ASSERT_GE(records.size(), 2u);
+  for (std::size_t k = 0; k < records.size(); ++k) {
+    EXPECT_TRUE(std::regex_match(records[k], std::regex("S[0-9]+(\t-?[0-9]+\\.[0-9]{3}){3}")))
+        << records[k];
+    EXPECT_EQ("S" + std::to_string(k + 1), Labels(records)[k]);
+  }
+}
+
+}  // namespace
+}  // namespace zorvel
+
+#endif
