@@ -1,0 +1,98 @@
+// Processor use of the run window while a 10-second reading is under way: the run controller
+// reads one cuvette on the real clock over the simulated line, and should sleep on the line for
+// nearly all of it.
+#include <benchmark/benchmark.h>
+#include <sys/resource.h>
+
+#include <chrono>
+
+#include "core/platform/page_printer.h"
+#include "core/platform/real_clock.h"
+#include "core/platform/scripted_operator.h"
+#include "core/run/filing_check.h"
+#include "core/run/run_controller.h"
+#include "sim/fluorimeter_sim.h"
+#include "sim/simulated_line.h"
+
+namespace {
+
+using namespace zorvel;
+
+// A window nobody looks at.
+class QuietView final : public RunView {
+ public:
+  void layOut(bool, bool) override {}
+  void setFilenameCaption(const std::string&) override {}
+  void clearStatus() override {}
+  void showStatus(const std::string&) override {}
+  void setGridColumns(const std::vector<std::string>&) override {}
+  void setMedianRow(const std::vector<std::string>&) override {}
+  void setRowLabel(int, const std::string&) override {}
+  void setCell(int, int, const std::string&) override {}
+  void setCellColour(int, int, int) override {}
+  void showRow(int) override {}
+  void showChoices(const RunChoices&) override {}
+  void showComment(bool) override {}
+  void clearComment() override {}
+  void showOkFrame(bool) override {}
+  void setOkCaption(const std::string&) override {}
+  void setFocus(RunButton) override {}
+  void setResetSampEnabled(bool) override {}
+  void setKeyLegend(const std::string&) override {}
+  void clearSpectra() override {}
+  void setSpectraScale(double, double, double, double) override {}
+  void plotPoint(double, double, int) override {}
+  void setProgress(int) override {}
+  void setTimeInfo(const std::vector<std::string>&) override {}
+  void closeWindow() override {}
+};
+
+double ProcessorS() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  const auto seconds = [](const timeval& t) { return t.tv_sec + t.tv_usec / 1e6; };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+void BM_RunReadsOneCuvetteForTenSeconds(benchmark::State& state) {
+  AppState app;
+  MethodSettings& m = app.Method;
+  m.Fixed = true;
+  m.NoColors = 1;
+  m.ReadTime = 10;
+  m.ReadTimePures = 10;
+  m.ScanSpeed = 240;
+  m.FilterSetting = 7;
+  m.PMTVoltage = 820;
+  m.Repetitions = 1;
+  m.FixedPairs[1] = {350, 397.5f, 5, 5, 0};
+  RealClock clock;
+  sim::Bench bench;
+  sim::FluorimeterSim instrument(bench, 2, 5);
+  instrument.setTiming(sim::FluorimeterSim::InstantTiming());
+  sim::SimulatedLine line(clock, instrument, "COM1 (sim)");
+  ScriptedOperator op;
+  PagePrinter printer;
+  FilingCheck checks(app, clock, op);
+  QuietView view;
+  RunController run(RunServices{app, op, clock, printer, line, checks}, RunSetup{}, view);
+  run.Form_Load();
+  run.OK_Click(1);  // set-up
+  double wallS = 0;
+  double cpuS = 0;
+  for (auto _ : state) {
+    const auto wallStart = std::chrono::steady_clock::now();
+    const double cpuStart = ProcessorS();
+    run.OK_Click(1);  // the reading, up to the decision
+    cpuS = ProcessorS() - cpuStart;
+    wallS = std::chrono::duration<double>(std::chrono::steady_clock::now() - wallStart).count();
+  }
+  state.counters["wall_s"] = wallS;
+  state.counters["cpu_s"] = cpuS;
+  state.counters["cpu_percent"] = 100.0 * cpuS / wallS;
+}
+BENCHMARK(BM_RunReadsOneCuvetteForTenSeconds)->Iterations(1)->Unit(benchmark::kSecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();
