@@ -79,20 +79,23 @@ struct Served {
 };
 
 TEST(PtyBridge, RepliesAtTheModelsMomentsScaledBySpeed) {
-  Served served(0.4, 4.0);  // 0.4 s of instrument time is 0.1 s of real time
+  Served served(0.8, 4.0);  // 0.8 s of instrument time is 0.2 s of real time
   ASSERT_EQ(served.bridge.devicePath().rfind("/dev/pts/", 0), 0u);
   const int fd = openDevice(served.bridge.devicePath());
   ASSERT_GE(fd, 0);
   const double sentS = served.clock.monotonicS();
+  const double sentSimS = served.server.nowS();
   ASSERT_EQ(::write(fd, "ping\r", 5), 5);
   EXPECT_EQ(readFor(fd, 8, 2.0), "ok:ping\r");
   const double tookS = served.clock.monotonicS() - sentS;
-  // (5 + 0.4 s + 8 characters) / 4, the characters at 960 a second.
-  EXPECT_GT(tookS, 0.10);
-  EXPECT_LT(tookS, 0.25);
+  // (5 characters + 0.8 s + 8 characters) / 4, the characters at 960 a second; 0.81 s unscaled.
+  EXPECT_GT(tookS, 0.20);
+  EXPECT_LT(tookS, 0.60);
   ::close(fd);
+  // The model hears the command when its last character would have arrived.
   ASSERT_EQ(served.peer.arrivals.size(), 1u);
-  EXPECT_NEAR(served.peer.arrivals[0], 5 * SimulatedLine::kCharacterTimeS, 0.15);
+  EXPECT_GE(served.peer.arrivals[0], sentSimS + 5 * SimulatedLine::kCharacterTimeS);
+  EXPECT_LT(served.peer.arrivals[0], sentSimS + 0.4);
 }
 
 TEST(PtyBridge, OutlivesTheProgramClosingItsPortWithoutSpinning) {

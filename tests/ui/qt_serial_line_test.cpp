@@ -73,7 +73,7 @@ TEST(QtSerialLine, CarriesBytesBothWaysAtLineSpeed) {
   // 8 characters out, 50 ms, 101 characters back: about 0.16 s at 960 characters a second.
   const double tookS = instrument.clock.monotonicS() - sentS;
   EXPECT_GT(tookS, 0.14);
-  EXPECT_LT(tookS, 0.40);
+  EXPECT_LT(tookS, 0.50);
   EXPECT_EQ(line.read(1), "\x7f");
   EXPECT_EQ(line.read(11), "350.0,450.0");
   line.discardInput();
@@ -94,7 +94,7 @@ TEST(QtSerialLine, SleepsUntilTheDeadlineWhenNothingComes) {
   EXPECT_FALSE(line.waitForCharacters(6, startS + 0.3));
   const double waitedS = instrument.clock.monotonicS() - startS;
   EXPECT_GE(waitedS, 0.3);
-  EXPECT_LT(waitedS, 0.45);
+  EXPECT_LT(waitedS, 0.60);
   EXPECT_LT(processorS() - startCpuS, 0.05);
   EXPECT_EQ(line.charactersWaiting(), 2u);
   EXPECT_FALSE(line.waitForCharacters(6, startS));  // a deadline already passed
