@@ -140,6 +140,21 @@ TEST_F(SimulatorProcess, AVanishedSimulatorIsReportedOnceAndNeverWaitedOn) {
       << person_.messages()[0].text;
 }
 
+TEST(SimulatorOptions, ABadBenchFileIsNamedLineByLineAndNothingIsServed) {
+  ensureApplication();
+  const std::string dir = testing::makeTempDir("e2e-bench");
+  testing::writeFile(dir + "bench.txt", "cuvette ok: Blue=1\ntube 3: Purple=1\n");
+  QProcess sim;
+  sim.start(ZORVEL_SIM_EXECUTABLE, {"--dir", QString::fromStdString(dir), "--bench",
+                                    QString::fromStdString(dir + "bench.txt")});
+  ASSERT_TRUE(sim.waitForFinished(5000));
+  EXPECT_EQ(sim.exitCode(), 2);
+  EXPECT_NE(sim.readAllStandardError().toStdString().find("line 2: cannot read \"Purple=1\""),
+            std::string::npos);
+  EXPECT_TRUE(sim.readAllStandardOutput().isEmpty());
+  EXPECT_FALSE(std::filesystem::exists(dir + "ZORVEL.PORTS"));
+}
+
 }  // namespace
 }  // namespace zorvel
 
