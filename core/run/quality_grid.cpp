@@ -1,0 +1,34 @@
+#include "core/run/quality_grid.h"
+
+namespace zorvel {
+
+namespace {
+
+// Rows 0..2 hold the heads, "Median" and "Sample"; readings start below them.
+constexpr int kFirstReadingRow = 3;
+
+}  // namespace
+
+void QcRowTracker::paintCell(int colour, int paletteIndex) {
+  if (row_ > 0) window_.setCellColour(row_, colour, paletteIndex);
+}
+
+void QcRowTracker::labelRow(const std::string& label) {
+  if (row_ > 0) window_.setRowLabel(row_, label);
+}
+
+void QcRowTracker::showMedians(const std::vector<std::string>& medians) {
+  window_.setMedianRow(medians);
+}
+
+void QcRowTracker::setRowLabel(int row, const std::string& label) {
+  if (row >= kFirstReadingRow) row_ = row;
+  window_.setRowLabel(row, label);
+}
+
+void QcRowTracker::setCell(int row, int column, const std::string& text) {
+  if (row >= kFirstReadingRow) row_ = row;
+  window_.setCell(row, column, text);
+}
+
+}  // namespace zorvel
