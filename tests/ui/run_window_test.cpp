@@ -19,6 +19,7 @@
 #include "core/platform/page_printer.h"
 #include "core/platform/real_clock.h"
 #include "core/run/filing_check.h"
+#include "core/text/number_format.h"
 #include "sim/sim_rig.h"
 #include "support/bytes.h"
 #include "ui/platform/qt_operator.h"
@@ -200,7 +201,8 @@ TEST(RunWindow, ScanIsPlottedInBandColoursAndFittedToItsMaximum) {
   // AutoHeight is on: the vertical scale is the scan's own maximum, and the entries show it.
   EXPECT_EQ(plot->yMin(), 0.0);
   EXPECT_GT(plot->yMax(), 0.0);
-  EXPECT_EQ(run.find<QLineEdit>("YMax")->text().toDouble(), plot->yMax());
+  EXPECT_EQ(run.find<QLineEdit>("YMax")->text().toStdString(),
+            text::plainSingle(static_cast<float>(plot->yMax())));
   EXPECT_TRUE(run.status().contains("Maximum Synch Value: "));
 
   const QImage picture = plot->picture(QSize(300, 150));

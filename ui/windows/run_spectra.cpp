@@ -8,11 +8,11 @@ namespace zorvel::ui {
 
 namespace {
 
-// The field behind the scan: dark, so that every band colour, yellow and white included,
-// stands out.
-constexpr int kFieldColour = 0;
-// Grid lines at quarters of each axis, faint on the dark field.
-constexpr int kGridColour = 8;
+// The field behind the scan: light grey, on which the dark band colours (blue, red) and the
+// light ones (yellow, light cyan) both stand out.
+constexpr int kFieldColour = 7;
+// Grid lines at quarters of each axis, faint on the field.
+constexpr int kGridColour = 15;
 
 }  // namespace
 

@@ -39,8 +39,9 @@ QString latin1(const std::string& text) {
   return QString::fromLatin1(text.data(), static_cast<int>(text.size()));
 }
 
+// The scale entries: the run keeps its scale in single precision, and shows it so.
 QString asNumber(double value) {
-  return QString::fromStdString(text::plain(value));
+  return QString::fromStdString(text::plainSingle(static_cast<float>(value)));
 }
 
 }  // namespace
@@ -53,8 +54,10 @@ RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
   auto* layout = new QVBoxLayout(this);
   buildMenus();
   layout->setMenuBar(menuBar_);
-  layout->addWidget(buildGridArea(), 1);
+  grid_ = new ResultsGrid;
+  layout->addWidget(grid_, 1);
   layout->addWidget(buildScanFrame(), 1);
+  layout->addWidget(buildStatusArea());
   auto* bottom = new QHBoxLayout;
   bottom->addWidget(buildDecisionFrame(), 1);
   bottom->addWidget(buildOkFrame());
@@ -98,12 +101,10 @@ void RunWindow::buildMenus() {
   filename_->setObjectName("MenuFilename");
 }
 
-QWidget* RunWindow::buildGridArea() {
+QWidget* RunWindow::buildStatusArea() {
   auto* area = new QWidget;
   auto* layout = new QVBoxLayout(area);
   layout->setContentsMargins(0, 0, 0, 0);
-  grid_ = new ResultsGrid;
-  layout->addWidget(grid_, 1);
   status_ = new QLabel;
   status_->setObjectName("Status");
   status_->setFrameShape(QFrame::Panel);

@@ -96,7 +96,7 @@ class RunWindow final : public QWidget, public RunView {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  QWidget* buildGridArea();
+  QWidget* buildStatusArea();
   QGroupBox* buildScanFrame();
   QGroupBox* buildDecisionFrame();
   QGroupBox* buildOkFrame();
