@@ -95,6 +95,18 @@ std::size_t WholeLinesLength(std::string_view bytes, std::string_view lineEnding
   return last + lineEnding.size();
 }
 
+bool RepairDataFile(const std::string& path) {
+  Descriptor file(::open(path.c_str(), O_RDWR | O_CLOEXEC));
+  if (file.get() < 0) return errno == ENOENT;
+  struct stat info {};
+  if (::fstat(file.get(), &info) != 0) return false;
+  std::string bytes;
+  if (!readAll(file.get(), static_cast<std::size_t>(info.st_size), bytes)) return false;
+  const std::string_view ending = bytes.find("\r\n") != std::string::npos ? "\r\n" : "\r";
+  if (!repairTail(file.get(), bytes.size(), ending)) return false;
+  return file.close();
+}
+
 bool AppendRecordDurably(const std::string& path, std::string_view record,
                          std::string_view lineEnding) {
   struct stat before {};

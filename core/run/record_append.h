@@ -13,6 +13,11 @@ namespace zorvel {
 bool AppendRecordDurably(const std::string& path, std::string_view record,
                          std::string_view lineEnding);
 
+// Cuts a partial last line off a data file before it is reopened, so that what a crash left
+// half-written is neither read back as a record nor glued to the next one. The line ending is
+// the file's own (CR LF when it holds one, else CR). True when the file is whole now or missing.
+bool RepairDataFile(const std::string& path);
+
 // The length of the file's whole lines: everything up to and including its last line ending
 // (the whole size when it ends with one; 0 when it holds no line ending at all).
 std::size_t WholeLinesLength(std::string_view bytes, std::string_view lineEnding);

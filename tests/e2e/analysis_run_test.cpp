@@ -178,6 +178,60 @@ TEST(AnalysisRun, ARunKilledMidwayLeavesEveryRecordItWroteWhole) {
   }
 }
 
+TEST(AnalysisRun, AppendingAfterACrashRepairsTheTornRecordAndContinuesTheNumbers) {
+  ensureApplication();
+  MethodSettings method = QuickMethod(false);
+  method.NoColors = 1;
+  const std::string dir = Workspace(method);
+  QStringList first = RunArguments(dir, "no\ninit\nread\naccept\nread\naccept\nquit\n");
+  first << "--port"
+        << "COM1=sim";
+  QProcess run;
+  run.start(ZORVEL_RUN_EXECUTABLE, first);
+  ASSERT_TRUE(run.waitForFinished(10000));
+  ASSERT_EQ(0, run.exitCode()) << run.readAllStandardError().toStdString();
+  const std::string fix = dir + "DATA/RUN1.FIX";
+  const std::string whole = testing::readFile(fix);
+  testing::writeFile(fix, whole + "S3\t12.3");  // what a power cut left of a third record
+
+  testing::writeFile(dir + "more.txt", "init\nread\ncomment after\naccept\nquit\n");
+  run.start(
+      ZORVEL_RUN_EXECUTABLE,
+      {"--start-dir", QString::fromStdString(dir), "--method",
+       QString::fromStdString(dir + "METHODS/LIVER.MTH"), "--append", QString::fromStdString(fix),
+       "--answers", QString::fromStdString(dir + "more.txt"), "--port", "COM1=sim"});
+  ASSERT_TRUE(run.waitForFinished(10000));
+  ASSERT_EQ(0, run.exitCode()) << run.readAllStandardOutput().toStdString()
+                               << run.readAllStandardError().toStdString();
+  const std::string after = testing::readFile(fix);
+  ASSERT_EQ(0u, after.find(whole));
+  EXPECT_TRUE(std::regex_match(after.substr(whole.size()),
+                               std::regex("S3\t-?[0-9]+\\.[0-9]{3}\tafter\r\n")))
+      << testing::visible(after.substr(whole.size()));
+}
+
+TEST(AnalysisRun, AnAnswerThatDoesNotFitStopsTheRunWithItsLine) {
+  ensureApplication();
+  const std::string dir = Workspace(QuickMethod(false));
+  QStringList arguments = RunArguments(dir, "no\ninit\naccept\n");
+  arguments << "--port"
+            << "COM1=sim";
+  QProcess run;
+  run.start(ZORVEL_RUN_EXECUTABLE, arguments);
+  ASSERT_TRUE(run.waitForFinished(10000));
+  EXPECT_NE(0, run.exitCode());
+  EXPECT_NE(std::string::npos, run.readAllStandardError().toStdString().find(
+                                   "line 3 \"accept\" does not fit: the run waits for read"));
+  arguments = RunArguments(dir, "no\ninit\n");
+  arguments << "--port"
+            << "COM1=sim";
+  run.start(ZORVEL_RUN_EXECUTABLE, arguments);
+  ASSERT_TRUE(run.waitForFinished(10000));
+  EXPECT_NE(0, run.exitCode());
+  EXPECT_NE(std::string::npos,
+            run.readAllStandardError().toStdString().find("the answer file ran out"));
+}
+
 }  // namespace
 }  // namespace zorvel
 

@@ -40,6 +40,20 @@ TEST(RecordAppend, APartialLastLineIsCutOffBeforeTheRecordGoesOn) {
   EXPECT_FALSE(AppendRecordDurably(dir + "missing/NEW.CTL", "C1\r\n", "\r\n"));
 }
 
+TEST(RecordAppend, AReopenedFileLosesItsTornTailInItsOwnLineEnding) {
+  const std::string dir = testing::makeTempDir("repair");
+  writeFile(dir + "A.FIX", "H\r\nS1\t1.000\r\nS2\t2.0");
+  writeFile(dir + "B.FIX", "H\rS1\t1.000\rS2");
+  writeFile(dir + "C.FIX", "H\r\nS1\t1.000\r");
+  EXPECT_TRUE(RepairDataFile(dir + "A.FIX"));
+  EXPECT_TRUE(RepairDataFile(dir + "B.FIX"));
+  EXPECT_TRUE(RepairDataFile(dir + "C.FIX"));
+  EXPECT_TRUE(RepairDataFile(dir + "missing.FIX"));
+  EXPECT_SAME_BYTES("H\r\nS1\t1.000\r\n", readFile(dir + "A.FIX"));
+  EXPECT_SAME_BYTES("H\rS1\t1.000\r", readFile(dir + "B.FIX"));
+  EXPECT_SAME_BYTES("H\r\n", readFile(dir + "C.FIX"));
+}
+
 TEST(WavelengthBands, BoundariesBelongToTheBandAbove) {
   EXPECT_EQ(1, WavelengthBand(384.99));
   EXPECT_EQ(2, WavelengthBand(385));
