@@ -48,11 +48,11 @@ class RunSession;
 // Long calls (instrument work; the Qt window runs them on its worker thread, one at a time,
 // and keeps its buttons hidden meanwhile): OK_Click(1), OK_KeyPress of "i"/"r",
 // AcceptReject_Click, AcceptReject_KeyPress. They may also show message boxes.
-// Instant calls (window thread): Form_Load, OK_Click(2) (Quit; boxes only), OK_KeyPress of
-// "q", ResetSamp_Click (input box), Comment_Change, SetAutoHeight, SetVerticalScale,
-// Form_Unload, state().
-// Any thread, any time: Form_KeyDown (F5/F11) and the flags below, which the worker tests at
-// its checkpoints (between tubes of a tray run; before each reading of a cuvette run).
+// Instant calls (window thread, while no long call runs): Form_Load, OK_Click(2) (Quit; boxes
+// and file deletion only), OK_KeyPress of "q", ResetSamp_Click (input box), Form_Unload.
+// Any thread, any time: Form_KeyDown (F5/F11), Comment_Change, SetAutoHeight,
+// SetVerticalScale, state() and the flags below. The flags are for the tray run, which tests
+// them between tubes; a cuvette run has no loop to stop, so it only keeps them.
 class RunController {
  public:
   RunController(RunServices services, const RunSetup& setup, RunView& view);
