@@ -170,6 +170,10 @@ TEST(RunWindow, AnswersTheOperatorWhileAReadingIsUnderWayAndTakesKeysOnItsButton
   bool ticked = false;
   QTimer::singleShot(10, [&ticked] { ticked = true; });
   QTRY_VERIFY_WITH_TIMEOUT(ticked, 200);
+  // The abort key reaches the run at once, whatever has the focus.
+  QTest::keyClick(run.window, Qt::Key_F5);
+  EXPECT_TRUE(run.window->controller().StopRequested.load());
+  EXPECT_EQ(run.find<QLabel>("AbortMsg")->text(), "Aborting.  Please Wait.");
   EXPECT_TRUE(run.window->working());
   EXPECT_LT(reading.elapsed(), 800);
   QTRY_VERIFY_WITH_TIMEOUT(run.find<QGroupBox>("AR_Frame")->isVisible(), 5000);
