@@ -157,7 +157,9 @@ bool Acquisition::AcquireScan() {
   points_.clear();
   maximum_ = 0;
   double x = lower - interval;
-  while (x < upper - kPositionSlackNm && points_.size() < kScanCapacity) {
+  // Every point the instrument sends is kept, however many the range holds, so that the stream
+  // is read to its end and the next command meets only its own status.
+  while (x < upper - kPositionSlackNm) {
     const TerminatedText token = link_.ReadNumberToken();
     failure_ = token.failure;
     if (failure_ != LinkFailure::None) return false;

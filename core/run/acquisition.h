@@ -20,8 +20,6 @@ namespace zorvel {
 // instrument is over (lost port, gave up, halted); failure() says which.
 class Acquisition {
  public:
-  static constexpr int kScanCapacity = 1411;
-
   Acquisition(FluorimeterLink& link, SerialLine& line, const MethodSettings& method,
               LinkState& links, RunView& view, std::function<void(const std::string&)> showStep);
 
