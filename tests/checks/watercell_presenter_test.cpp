@@ -139,18 +139,6 @@ TEST_F(WaterCellTest, WithinTheHistoryIsStoredOutsideIsNotAndRerunRunsAgain) {
   EXPECT_EQ("104.000000", Split(Split(msf(), '\n')[2], '\t')[0]);
 }
 
-TEST_F(WaterCellTest, OkAfterAnOutsideResultStoresNothing) {
-  const std::string history = WaterCellHeaderLine() + "100.000000\t1\r\n";
-  testing::writeFile(dir + "ZORVEL.MSF", history);
-  scriptCheck("94000");
-  presenter.opened();
-  presenter.start();
-  presenter.closeRequested();  // Escape presses OK, the cancel button
-  EXPECT_TRUE(view.closed);
-  EXPECT_SAME_BYTES(history, msf());
-  EXPECT_EQ("Watercell run complete", logTexts().back());
-}
-
 TEST_F(WaterCellTest, CancelWritesTheSessionsLastResultIntoTheProgramLog) {
   last.mean = 98.5;
   last.header[0] = "V3.1";

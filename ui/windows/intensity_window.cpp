@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
@@ -132,12 +133,14 @@ QGroupBox* IntensityWindow::buildVoltageGroup() {
 void IntensityWindow::readSample() {
   settingsPanel_->setEnabled(false);
   start_->setEnabled(false);
-  const bool started = worker_.start([this] { presenter_.readSample(); },
-                                     [this] {
-                                       settingsPanel_->setEnabled(true);
-                                       start_->setEnabled(true);
-                                     });
-  if (!started) start_->setEnabled(true);
+  // The end of the job is told after it has returned; the window may be gone by then.
+  QPointer<IntensityWindow> self(this);
+  const auto enable = [self] {
+    if (!self) return;
+    self->settingsPanel_->setEnabled(true);
+    self->start_->setEnabled(true);
+  };
+  if (!worker_.start([this] { presenter_.readSample(); }, enable)) enable();
 }
 
 void IntensityWindow::reject() {

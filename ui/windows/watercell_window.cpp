@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "ui/platform/gui_thread.h"
@@ -135,6 +136,10 @@ void RunWaterCellWindow(AppState& state, Operator& op, Clock& clock,
                         std::unique_ptr<SerialLine> line, WaterCellResult& lastResult,
                         QWidget* parent) {
   WaterCellWindow window(state, op, clock, std::move(line), lastResult, parent);
+  window.adjustSize();
+  if (const QScreen* screen = window.screen()) {
+    window.move(screen->availableGeometry().center() - window.rect().center());
+  }
   window.exec();
 }
 
