@@ -34,9 +34,11 @@ class QualityChecks final : public QualityCheck, public QualityDatabases {
  public:
   QualityChecks(const AppState& state, Clock& clock, Operator& op, AlertDialog& alert);
 
-  // The run window's grid for as long as a run is open; null: nothing is painted.
+  // The run window's grid for as long as a run is open; null: nothing is painted. A run hands
+  // its view through a QcRowTracker, which is also this grid.
   void attachGrid(QcGrid* grid) { grid_ = grid; }
   // Told the control medians ("0.0" per colour) whenever they change: the main window's display.
+  // Called on the thread that runs the check or the load (during a run, the instrument worker).
   void onMediansChanged(std::function<void(const std::vector<std::string>&)> listener) {
     mediansChanged_ = std::move(listener);
   }
