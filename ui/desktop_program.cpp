@@ -11,6 +11,8 @@
 #include "core/app/demo_workspace.h"
 #include "core/app/port_map.h"
 #include "core/platform/real_clock.h"
+#include "core/run/filing_check.h"
+#include "sim/sim_rig.h"
 #include "ui/desktop_options.h"
 #include "ui/platform/qt_operator.h"
 #include "ui/platform/qt_printer.h"
@@ -65,18 +67,22 @@ int RunDesktopProgram(int argc, char** argv) {
   auto state = std::make_unique<AppState>();
   RealClock clock;
   QtPrinter printer(QString::fromStdString(options->printTo));
+  FilingCheck checks(*state, clock, op);
+  sim::SimRig rig;
+  PortMap ports;
   MainWindow window(*state, op, clock, printer);
   op.setParent(&window);
   window.setDisclaimerShown(options->showDisclaimer);
+  window.presenter().setQualityChecks(checks, checks);
 
   if (!window.presenter().startUp(QDir::currentPath().toStdString())) return op.exitCode();
   std::vector<std::string> rejected;
-  const PortMap ports = LoadPortMap(portEntries(*options), state->PreferencesPath, &rejected);
+  ports = LoadPortMap(portEntries(*options), state->PreferencesPath, &rejected);
   for (const auto& entry : rejected) {
     op.message("The port assignment \"" + entry + "\" is not of the form COMn=DEVICE.",
                "ZORVEL ERROR", BoxIcon::Exclamation);
   }
-  (void)ports;  // handed to the instrument windows as they arrive
+  window.setInstruments(&ports, &rig, options->traceDirectory);
   window.show();
   return QApplication::exec();
 }

@@ -8,7 +8,6 @@
 #include "core/method/method_codes.h"
 #include "core/method/method_file.h"
 #include "core/run/filing_check.h"
-#include "core/run/record_append.h"
 #include "core/run/run_controller.h"
 #include "core/run/run_launch.h"
 #include "core/text/number_format.h"
@@ -37,12 +36,7 @@ std::optional<RunLaunch> launch(Context& context, RunOperator& op, FilingCheck& 
     op.answerNextFileDialog(absolute(context.options.newDataPath));
     return LaunchNewDataSet(services, context.options.firstNumber);
   }
-  // What a crash left half-written is cut off before the set's last number is looked up.
   const std::string path = absolute(context.options.appendDataPath);
-  const std::string base = path.substr(0, path.find_last_of('.'));
-  for (const char* extension : {".FIX", ".SYN", ".CTL", ".BLK", ".STL", ".SLK"}) {
-    RepairDataFile(base + extension);
-  }
   const ReopenResult reopened = ReopenDataFileSet(context.state, op, path, checks);
   if (!reopened.ok) return std::nullopt;
   context.state.LineEnding = LineEndingFor(context.state.Method.FileType);

@@ -28,6 +28,8 @@ class ConsoleMainView final : public MainView {
     return false;
   }
   void closeAllWindows() override {}
+  void setLaunchButtons(bool, bool) override {}
+  void openRunWindow(const RunSetup&) override {}
 
  private:
   std::ostream& out_;

@@ -8,7 +8,9 @@
 #include "core/datafiles/data_set_commands.h"
 #include "core/datafiles/method_summary.h"
 #include "core/method/method_commands.h"
+#include "core/method/method_file.h"
 #include "core/platform/page_printer.h"
+#include "core/run/run_launch.h"
 
 namespace zorvel {
 
@@ -53,6 +55,7 @@ void MainPresenter::activated() {
 
 void MainPresenter::showNoMethodState() {
   view_.setMethodControlsEnabled(false);
+  view_.setLaunchButtons(false, false);
   view_.setMethodFileLabel("None open.");
   view_.setDataFileLabel("None open.");
   for (MainMenu item :
@@ -115,6 +118,7 @@ void MainPresenter::apply(const MainWindowUpdate& update) {
   if (update.firstSampleNumber) editor_.FirstSampleNumber = *update.firstSampleNumber;
   if (update.showMethod) {
     view_.setMethodControlsEnabled(true);
+    view_.setLaunchButtons(true, false);
     view_.setTrayFile(state_.Prefs.TrayGeometryFile, state_.Method.DeliveryMethod == 2);
     view_.showMethodSettings(methodSummaryText());
   }
@@ -135,6 +139,54 @@ void MainPresenter::appendDataFile() {
   editor_.samplesPresent = result.samplesPresent;
   editor_.FirstSampleNumber = result.nextSampleNumber;
   apply(result.window);
+  view_.setLaunchButtons(true, true);
+}
+
+// Saving a new method: the Save As dialog on the methods folder; the method is written under
+// the chosen name and becomes the current method file. (The whole-method checks that come
+// before it belong to the method editor.)
+bool MainPresenter::saveNewMethod() {
+  const std::string path =
+      ShowFileDialog(op_, state_.MethodsDirectory, "MTH", FileDialogAction::SaveAs,
+                     file_dialogs::kAskBeforeOverwrite);
+  if (path.empty()) return false;
+  if (!WriteMethodFile(state_, path)) {
+    op_.message("The method file " + path + " could not be written.", "ZORVEL ERROR",
+                BoxIcon::Exclamation);
+    return false;
+  }
+  state_.DataSet.MethodFilePath = path;
+  view_.setMethodFileLabel(UpperCasedForDisplay(path));
+  return true;
+}
+
+void MainPresenter::startRun(const RunLaunch& launch) {
+  apply(launch.window);
+  if (launch.backToNoMethod) {
+    showNoMethodState();
+    view_.setMethodFileLabel("Not Loaded");
+    view_.setDataFileLabel("Not Loaded");
+    return;
+  }
+  if (launch.startRun) view_.openRunWindow(launch.setup);
+}
+
+void MainPresenter::save() {
+  if (checks_ == nullptr) return;
+  if (editor_.NewDataSet && !saveNewMethod()) return;
+  const int first = editor_.FirstSampleNumber < 0 ? 1 : editor_.FirstSampleNumber;
+  startRun(LaunchNewDataSet(
+      LaunchServices{state_, op_, clock_, printer_, *databases_, *checks_, openAutosampler_},
+      first));
+}
+
+void MainPresenter::okButton() {
+  if (checks_ == nullptr) return;
+  view_.setMethodControlsEnabled(true);
+  const int first = editor_.FirstSampleNumber < 0 ? 1 : editor_.FirstSampleNumber;
+  startRun(LaunchAppend(
+      LaunchServices{state_, op_, clock_, printer_, *databases_, *checks_, openAutosampler_},
+      editor_.NewDataSet, first, editor_.lastSampleNumber));
 }
 
 }  // namespace zorvel

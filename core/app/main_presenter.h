@@ -11,8 +11,11 @@
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/printer.h"
+#include "core/run/quality_check.h"
 
 namespace zorvel {
+
+struct RunLaunch;
 
 // The rules of the main window: start-up, first activation, the menu states of its no-method
 // state, the setup window, cancelling a method, and the ways the program ends.
@@ -45,8 +48,22 @@ class MainPresenter {
   void newMethodFile();
   void editMethodFile();
   void appendDataFile();
-  // Where the control and blank databases of a reopened set are loaded.
-  void setQualityDatabases(QualityDatabases& databases) { databases_ = &databases; }
+  // The control and blank checks: their databases are loaded when a set is reopened and
+  // started afresh when one is created, and the run files its controls and blanks through them.
+  void setQualityChecks(QualityCheck& checks, QualityDatabases& databases) {
+    checks_ = &checks;
+    databases_ = &databases;
+  }
+  QualityCheck* qualityChecks() const { return checks_; }
+
+  // "&Save As": saves a new method under a name of the operator's choosing, creates the data
+  // set and launches the run. "OK": launches the run on the reopened set.
+  void save();
+  void okButton();
+  // Opens the autosampler link when a run by autosampler starts; unset, such a run cannot start.
+  void setAutosamplerLinkOpener(std::function<bool()> opener) {
+    openAutosampler_ = std::move(opener);
+  }
 
   // The method editor's own state beside the method record.
   struct EditorState {
@@ -64,6 +81,8 @@ class MainPresenter {
   void enable(MainMenu item, bool enabled);
   void endWork();
   void apply(const MainWindowUpdate& update);
+  void startRun(const RunLaunch& launch);
+  bool saveNewMethod();
   std::string methodSummaryText() const;
 
   AppState& state_;
@@ -75,6 +94,8 @@ class MainPresenter {
   std::function<void()> closePorts_;
   NoQualityDatabases noDatabases_;
   QualityDatabases* databases_ = &noDatabases_;
+  QualityCheck* checks_ = nullptr;
+  std::function<bool()> openAutosampler_;
   EditorState editor_;
 };
 

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "core/run/run_controller.h"
+
 namespace zorvel {
 
 // Menu commands of the main window.
@@ -39,6 +41,10 @@ class MainView {
   virtual bool runSetupWindow() = 0;
   // Unloads every window of the program.
   virtual void closeAllWindows() = 0;
+  // The two ways into a run: "&Save As" (a new data set) and "OK" (the set reopened).
+  virtual void setLaunchButtons(bool saveEnabled, bool okEnabled) = 0;
+  // Opens the run window for a launched run; it keeps the program waiting until it closes.
+  virtual void openRunWindow(const RunSetup& setup) = 0;
 };
 
 }  // namespace zorvel

@@ -5,6 +5,7 @@
 #include "core/datafiles/data_set_naming.h"
 #include "core/datafiles/file_output.h"
 #include "core/datafiles/last_sample_number.h"
+#include "core/datafiles/record_append.h"
 #include "core/method/method_codes.h"
 #include "core/method/method_commands.h"
 #include "core/method/method_file.h"
@@ -87,6 +88,11 @@ ReopenResult ReopenDataFileSet(AppState& state, Operator& op, const std::string&
   paths.DataSetName = DataSetNameOf(path);
   state.DataSet = paths;
   state.LineEnding = LineEndingFor(state.Method.FileType);
+  // What a crash left half-written is cut off before the set's last number is looked up.
+  for (const std::string* file : {&paths.FixPath, &paths.SynPath, &paths.CtlPath, &paths.BlkPath,
+                                  &paths.StlPath, &paths.SlkPath}) {
+    if (!file->empty()) RepairDataFile(*file);
+  }
 
   const LastSample last = FindLastSample(state.Method, state.DataSet);
   if (state.Method.Fixed) databases.load(state.DataSet.CtlPath, state.DataSet.BlkPath);

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "core/datafiles/file_output.h"
+#include "core/datafiles/record_append.h"
 #include "core/datafiles/record_lines.h"
-#include "core/run/record_append.h"
 
 namespace zorvel {
 

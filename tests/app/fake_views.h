@@ -32,6 +32,13 @@ class FakeMainView : public MainView {
     return onSetup ? onSetup() : true;
   }
   void closeAllWindows() override { closed = true; }
+  void setLaunchButtons(bool save, bool ok) override {
+    saveEnabled = save;
+    okEnabled = ok;
+  }
+  void openRunWindow(const RunSetup& setup) override { runs.push_back(setup); }
+  bool saveEnabled = false, okEnabled = false;
+  std::vector<RunSetup> runs;
 
   std::string methodLabel, dataLabel, trayFile, methodText;
   bool trayVisible = false;

@@ -13,14 +13,23 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "ui/platform/line_factory.h"
 #include "ui/windows/disclaimer_dialog.h"
+#include "ui/windows/intensity_window.h"
+#include "ui/windows/run_window.h"
 #include "ui/windows/setup_window.h"
+#include "ui/windows/watercell_window.h"
 
 namespace zorvel::ui {
 
 MainWindow::MainWindow(AppState& state, Operator& op, Clock& clock, Printer& printer,
                        QWidget* parent)
-    : QMainWindow(parent), state_(state), op_(op), presenter_(state, op, clock, printer, *this) {
+    : QMainWindow(parent),
+      state_(state),
+      op_(op),
+      presenter_(state, op, clock, printer, *this),
+      clock_(clock),
+      printer_(printer) {
   setObjectName("MAIN");
   setWindowTitle("ZORVEL");
   buildMenus();
@@ -71,6 +80,9 @@ void MainWindow::buildMenus() {
           [this] { presenter_.editMethodFile(); });
   connect(actions_[MainMenu::AppendDataFile], &QAction::triggered, this,
           [this] { presenter_.appendDataFile(); });
+  connect(actions_[MainMenu::RunWatercell], &QAction::triggered, this, [this] { openWaterCell(); });
+  connect(actions_[MainMenu::IntensityCheck], &QAction::triggered, this,
+          [this] { openIntensityCheck(); });
   connect(about, &QAction::triggered, this, [this] { showAbout(); });
 }
 
@@ -103,12 +115,22 @@ QWidget* MainWindow::buildMethodForm() {
   cancel_ = new QPushButton("Cancel");
   cancel_->setObjectName("CancelButton");
   connect(cancel_, &QPushButton::clicked, this, [this] { presenter_.cancelMethod(); });
+  save_ = new QPushButton("&Save As");
+  save_->setObjectName("Save");
+  save_->setEnabled(false);
+  connect(save_, &QPushButton::clicked, this, [this] { presenter_.save(); });
+  ok_ = new QPushButton("OK");
+  ok_->setObjectName("OKButton");
+  ok_->setEnabled(false);
+  connect(ok_, &QPushButton::clicked, this, [this] { presenter_.okButton(); });
 
   auto* layout = new QVBoxLayout(form);
   layout->addWidget(currentFiles_);
   layout->addWidget(methodView_, 1);
   auto* buttons = new QHBoxLayout;
   buttons->addStretch();
+  buttons->addWidget(save_);
+  buttons->addWidget(ok_);
   buttons->addWidget(cancel_);
   layout->addLayout(buttons);
   return form;
@@ -196,6 +218,63 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     presenter_.closeBox();
   }
   event->accept();
+}
+
+void MainWindow::setInstruments(const PortMap* ports, sim::SimRig* rig,
+                                std::string traceDirectory) {
+  ports_ = ports;
+  rig_ = rig;
+  traceDirectory_ = std::move(traceDirectory);
+  for (MainMenu item : {MainMenu::RunWatercell, MainMenu::IntensityCheck}) {
+    presenter_.setAvailable(item, ports_ != nullptr && rig_ != nullptr);
+    actions_.at(item)->setEnabled(presenter_.available(item));
+  }
+}
+
+void MainWindow::setLaunchButtons(bool saveEnabled, bool okEnabled) {
+  const bool canRun = ports_ != nullptr && rig_ != nullptr && presenter_.qualityChecks() != nullptr;
+  save_->setEnabled(saveEnabled && canRun);
+  ok_->setEnabled(okEnabled && canRun);
+}
+
+void MainWindow::openRunWindow(const RunSetup& setup) {
+  if (ports_ == nullptr || rig_ == nullptr || presenter_.qualityChecks() == nullptr) return;
+  rig_->setTray(&state_.Tray);
+  rig_->setFluorimeterModel(state_.Prefs.Fluorimeter);
+  const RunWindowServices services{state_, op_, clock_, printer_, *presenter_.qualityChecks()};
+  if (OpenRunWindow(this, services, setup, *ports_, *rig_, traceDirectory_) == nullptr) {
+    op_.message(
+        "The fluorimeter's port COM" + std::to_string(state_.Prefs.FlComPort) + " cannot be used.",
+        "ZORVEL COMMUNICATION ERROR", BoxIcon::Exclamation);
+  }
+}
+
+// The fluorimeter's line for a check window, through the port map.
+std::unique_ptr<SerialLine> MainWindow::fluorimeterLine() {
+  if (ports_ == nullptr || rig_ == nullptr) return nullptr;
+  rig_->setFluorimeterModel(state_.Prefs.Fluorimeter);
+  auto line = MakeInstrumentLine(
+      LineRoute{InstrumentKind::Fluorimeter, state_.Prefs.FlComPort, ports_, traceDirectory_},
+      clock_, *rig_);
+  if (!line) {
+    op_.message(
+        "The fluorimeter's port COM" + std::to_string(state_.Prefs.FlComPort) + " cannot be used.",
+        "ZORVEL COMMUNICATION ERROR", BoxIcon::Exclamation);
+  }
+  return line;
+}
+
+void MainWindow::openWaterCell() {
+  auto line = fluorimeterLine();
+  if (!line) return;
+  // The current-files frame is hidden while the water cell is checked.
+  currentFiles_->setVisible(false);
+  RunWaterCellWindow(state_, op_, clock_, std::move(line), lastWaterCell_, this);
+  currentFiles_->setVisible(true);
+}
+
+void MainWindow::openIntensityCheck() {
+  if (auto line = fluorimeterLine()) RunIntensityWindow(state_, op_, clock_, std::move(line), this);
 }
 
 }  // namespace zorvel::ui

@@ -5,6 +5,9 @@
 
 #include "core/app/main_presenter.h"
 #include "core/app/main_view.h"
+#include "core/app/port_map.h"
+#include "core/checks/watercell_record.h"
+#include "sim/sim_rig.h"
 
 class QAction;
 class QGroupBox;
@@ -26,6 +29,9 @@ class MainWindow final : public QMainWindow, public MainView {
   QAction* action(MainMenu item) const { return actions_.at(item); }
   // Skips the modal disclaimer (tests and unattended starts).
   void setDisclaimerShown(bool shown) { disclaimerEnabled_ = shown; }
+  // Where the instrument windows find their ports: the port map, the in-process simulators
+  // and the trace folder (empty: no trace). Until this is called they cannot open.
+  void setInstruments(const PortMap* ports, sim::SimRig* rig, std::string traceDirectory);
 
   void setMethodFileLabel(const std::string& text) override;
   void setDataFileLabel(const std::string& text) override;
@@ -37,6 +43,8 @@ class MainWindow final : public QMainWindow, public MainView {
   void showDisclaimer() override;
   bool runSetupWindow() override;
   void closeAllWindows() override;
+  void setLaunchButtons(bool saveEnabled, bool okEnabled) override;
+  void openRunWindow(const RunSetup& setup) override;
 
  protected:
   bool event(QEvent* event) override;
@@ -46,6 +54,9 @@ class MainWindow final : public QMainWindow, public MainView {
   void buildMenus();
   QWidget* buildMethodForm();
   void showAbout();
+  std::unique_ptr<SerialLine> fluorimeterLine();
+  void openWaterCell();
+  void openIntensityCheck();
 
   AppState& state_;
   Operator& op_;
@@ -58,6 +69,14 @@ class MainWindow final : public QMainWindow, public MainView {
   QLabel* trayLabel_ = nullptr;
   QPlainTextEdit* methodView_ = nullptr;
   QPushButton* cancel_ = nullptr;
+  QPushButton* save_ = nullptr;
+  QPushButton* ok_ = nullptr;
+  Clock& clock_;
+  Printer& printer_;
+  const PortMap* ports_ = nullptr;
+  sim::SimRig* rig_ = nullptr;
+  std::string traceDirectory_;
+  WaterCellResult lastWaterCell_;
   bool disclaimerEnabled_ = true;
   bool stopping_ = false;
   bool activationQueued_ = false;

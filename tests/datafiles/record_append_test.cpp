@@ -1,4 +1,4 @@
-#include "core/run/record_append.h"
+#include "core/datafiles/record_append.h"
 
 #include <gtest/gtest.h>
 
