@@ -61,7 +61,8 @@ void AddEntry(QcDatabase& db, std::span<const float> readings, int colours, int 
 // Reads a ".CTL" or ".BLK" file: the header lines are skipped, each further line is one entry
 // (label, one value per colour, date, time, comment). An entry dated as the one before it
 // shares its batch; a new date starts the next batch. Values that are not numbers read as 0;
-// a missing file gives an empty database. Lines may end in CR LF, CR or LF.
+// a missing file gives an empty database. Lines may end in CR LF, CR or LF; an unended last
+// line (a record cut short) is left out.
 QcDatabase LoadDatabase(const std::string& path, int colours, int headerLines);
 
 }  // namespace zorvel

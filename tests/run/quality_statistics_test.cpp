@@ -94,7 +94,8 @@ TEST(QualityStatistics, LoadingNumbersBatchesByDateAndReadsAnyLineEnd) {
                                         "C2\t 30 \t 2 \t03-07-2000\t14:06:00\tcloudy\r"
                                         "C3\t 20 \tjunk\t03-08-2000\t09:00:00\n"
                                         "C4\t 40 \t 4 \t\t\r\n"
-                                        "C5\t 50 \t 5 \t\t\r\n");
+                                        "C5\t 50 \t 5 \t\t\r\n"
+                                        "C6\t 60 \t 6");
   const QcDatabase db = LoadDatabase(dir + "x.CTL", 2, 3);
   ASSERT_EQ(5, db.count);
   EXPECT_EQ((std::vector<int>{1, 1, 2, 3, 4}),
