@@ -4,6 +4,8 @@
 
 #include "core/app/main_view.h"
 #include "core/app/startup.h"
+#include "core/datafiles/file_output.h"
+#include "sim/bench_file.h"
 #include "ui/platform/line_factory.h"
 
 namespace zorvel::headless {
@@ -62,6 +64,17 @@ bool StartHeadless(Context& context) {
       context.fail(error);
       return false;
     }
+  }
+  if (!context.options.benchPath.empty()) {
+    std::string text;
+    if (!ReadWholeFile(context.options.benchPath, text)) {
+      context.fail("cannot read the bench file " + context.options.benchPath);
+      return false;
+    }
+    std::vector<std::string> problems;
+    sim::ParseBenchFile(text, context.rig.bench, problems);
+    for (const auto& problem : problems) context.fail(context.options.benchPath + ": " + problem);
+    if (!problems.empty()) return false;
   }
   ConsoleMainView view(context.out);
   const std::string start = context.options.startDirectory.empty()

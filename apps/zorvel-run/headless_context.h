@@ -24,6 +24,7 @@ struct Options {
   std::string answersPath;
   std::string printTo;
   std::string traceDirectory;
+  std::string benchPath;  // what the in-process simulated bench holds (ports on "sim")
   // Analysis runs.
   std::string methodPath;
   std::string newDataPath;     // --data NEW.fix

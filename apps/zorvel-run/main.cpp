@@ -37,6 +37,10 @@ bool parse(const QCoreApplication& app, Options& options) {
       {"answers", "The answer file.", "FILE"},
       {"print-to", "Printouts go to this PDF file.", "FILE.pdf"},
       {"trace", "Writes every byte of every port to DIR.", "DIR"},
+      {"bench",
+       "What the simulated bench holds, for ports on \"sim\" (cuvettes in order, "
+       "tubes).",
+       "FILE"},
       {"method", "The method to run.", "FILE.mth"},
       {"data", "A new data set, named by its .FIX (or .SYN) file.", "NEW.fix"},
       {"append", "An existing data set to append to.", "EXISTING.fix"},
@@ -57,6 +61,7 @@ bool parse(const QCoreApplication& app, Options& options) {
   options.answersPath = parser.value("answers").toStdString();
   options.printTo = parser.value("print-to").toStdString();
   options.traceDirectory = parser.value("trace").toStdString();
+  options.benchPath = parser.value("bench").toStdString();
   options.methodPath = parser.value("method").toStdString();
   options.newDataPath = parser.value("data").toStdString();
   options.appendDataPath = parser.value("append").toStdString();
