@@ -39,12 +39,18 @@ struct Bench {
 
   // The sample the fluorimeter sees now.
   const Sample& inLightPath() const { return readFromFlowCell ? flowCell : cuvette; }
-  // Takes the next cuvette from the queue into the holder (the operator's "insert cuvette").
+  // The operator's change of cuvette before a Read: the first Read finds the cuvette already in
+  // the holder, each later one the next from the queue (the last stays when the queue is empty).
   void insertNextCuvette() {
+    if (!holderRead) {
+      holderRead = true;
+      return;
+    }
     if (cuvetteQueue.empty()) return;
     cuvette = cuvetteQueue.front();
     cuvetteQueue.pop_front();
   }
+  bool holderRead = false;
 };
 
 }  // namespace zorvel::sim

@@ -9,13 +9,18 @@
 
 #include "core/app/app_state.h"
 #include "core/app/demo_workspace.h"
+#include "core/app/file_helpers.h"
 #include "core/app/port_map.h"
+#include "core/datafiles/file_output.h"
 #include "core/platform/real_clock.h"
-#include "core/run/filing_check.h"
+#include "core/run/quality_checks.h"
+#include "sim/bench_file.h"
+#include "sim/demo_bench.h"
 #include "sim/sim_rig.h"
 #include "ui/desktop_options.h"
 #include "ui/platform/qt_operator.h"
 #include "ui/platform/qt_printer.h"
+#include "ui/windows/alert_window.h"
 #include "ui/windows/main_window.h"
 
 namespace zorvel::ui {
@@ -30,6 +35,19 @@ std::vector<std::string> portEntries(const DesktopOptions& options) {
   }
   entries.insert(entries.end(), options.portEntries.begin(), options.portEntries.end());
   return entries;
+}
+
+// The bench the in-process simulators share: ZORVEL.BENCH in the start-up directory, when
+// there is one (the demo workspace has).
+void loadBench(const std::string& startDirectory, sim::SimRig& rig, Operator& op) {
+  const std::string path = JoinPath(startDirectory, "ZORVEL.BENCH");
+  std::string text;
+  if (!FileExists(path) || !ReadWholeFile(path, text)) return;
+  std::vector<std::string> problems;
+  sim::ParseBenchFile(text, rig.bench, problems);
+  for (const auto& problem : problems) {
+    op.message(path + ": " + problem, "ZORVEL ERROR", BoxIcon::Exclamation);
+  }
 }
 
 }  // namespace
@@ -52,6 +70,8 @@ int RunDesktopProgram(int argc, char** argv) {
   std::string startDirectory = options->startDirectory;
   if (options->demoDirectory) {
     if (!PrepareDemoWorkspace(*options->demoDirectory, op)) return 1;
+    const std::string bench = JoinPath(*options->demoDirectory, "ZORVEL.BENCH");
+    if (!FileExists(bench)) WriteWholeFile(bench, sim::DemoBenchText());
     startDirectory = *options->demoDirectory;
   }
   if (!startDirectory.empty()) {
@@ -67,13 +87,14 @@ int RunDesktopProgram(int argc, char** argv) {
   auto state = std::make_unique<AppState>();
   RealClock clock;
   QtPrinter printer(QString::fromStdString(options->printTo));
-  FilingCheck checks(*state, clock, op);
   sim::SimRig rig;
   PortMap ports;
   MainWindow window(*state, op, clock, printer);
   op.setParent(&window);
+  QtAlertDialog alert(op, &window);
+  QualityChecks checks(*state, clock, op, alert);
   window.setDisclaimerShown(options->showDisclaimer);
-  window.presenter().setQualityChecks(checks, checks);
+  window.setQualityChecks(checks);
 
   if (!window.presenter().startUp(QDir::currentPath().toStdString())) return op.exitCode();
   std::vector<std::string> rejected;
@@ -82,6 +103,7 @@ int RunDesktopProgram(int argc, char** argv) {
     op.message("The port assignment \"" + entry + "\" is not of the form COMn=DEVICE.",
                "ZORVEL ERROR", BoxIcon::Exclamation);
   }
+  loadBench(state->StartDirectory, rig, op);
   window.setInstruments(&ports, &rig, options->traceDirectory);
   window.show();
   return QApplication::exec();

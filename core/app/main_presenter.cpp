@@ -140,6 +140,7 @@ void MainPresenter::appendDataFile() {
   editor_.FirstSampleNumber = result.nextSampleNumber;
   apply(result.window);
   view_.setLaunchButtons(true, true);
+  enable(MainMenu::ShowExistingControls, checks_ != nullptr && checks_->ControlCount() > 0);
 }
 
 // Saving a new method: the Save As dialog on the methods folder; the method is written under
@@ -178,6 +179,17 @@ void MainPresenter::save() {
   startRun(LaunchNewDataSet(
       LaunchServices{state_, op_, clock_, printer_, *databases_, *checks_, openAutosampler_},
       first));
+}
+
+bool MainPresenter::runClosed() {
+  view_.setDataFileLabel("Not Loaded");
+  for (MainMenu item :
+       {MainMenu::NewMethodFile, MainMenu::EditMethodFile, MainMenu::AppendDataFile,
+        MainMenu::RunWatercell, MainMenu::IntensityCheck, MainMenu::SetupFluorimeter})
+    enable(item, true);
+  const bool controls = checks_ != nullptr && checks_->ControlCount() > 0;
+  enable(MainMenu::ShowExistingControls, controls);
+  return controls;
 }
 
 void MainPresenter::okButton() {

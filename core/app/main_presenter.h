@@ -60,6 +60,9 @@ class MainPresenter {
   // set and launches the run. "OK": launches the run on the reopened set.
   void save();
   void okButton();
+  // The run window has closed: the data-file label reads "Not Loaded" and the menus are
+  // enabled again. True when the control database holds an entry, so the trend is shown.
+  bool runClosed();
   // Opens the autosampler link when a run by autosampler starts; unset, such a run cannot start.
   void setAutosamplerLinkOpener(std::function<bool()> opener) {
     openAutosampler_ = std::move(opener);

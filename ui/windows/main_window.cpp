@@ -18,6 +18,7 @@
 #include "ui/windows/intensity_window.h"
 #include "ui/windows/run_window.h"
 #include "ui/windows/setup_window.h"
+#include "ui/windows/trend_window.h"
 #include "ui/windows/watercell_window.h"
 
 namespace zorvel::ui {
@@ -81,6 +82,9 @@ void MainWindow::buildMenus() {
   connect(actions_[MainMenu::AppendDataFile], &QAction::triggered, this,
           [this] { presenter_.appendDataFile(); });
   connect(actions_[MainMenu::RunWatercell], &QAction::triggered, this, [this] { openWaterCell(); });
+  connect(actions_[MainMenu::ShowExistingControls], &QAction::triggered, this, [this] {
+    if (checks_ != nullptr) ShowTrendWindow(checks_->snapshot(), op_, this);
+  });
   connect(actions_[MainMenu::IntensityCheck], &QAction::triggered, this,
           [this] { openIntensityCheck(); });
   connect(about, &QAction::triggered, this, [this] { showAbout(); });
@@ -231,6 +235,12 @@ void MainWindow::setInstruments(const PortMap* ports, sim::SimRig* rig,
   }
 }
 
+void MainWindow::setQualityChecks(QualityChecks& checks) {
+  checks_ = &checks;
+  presenter_.setQualityChecks(checks, checks);
+  presenter_.setAvailable(MainMenu::ShowExistingControls, true);
+}
+
 void MainWindow::setLaunchButtons(bool saveEnabled, bool okEnabled) {
   const bool canRun = ports_ != nullptr && rig_ != nullptr && presenter_.qualityChecks() != nullptr;
   save_->setEnabled(saveEnabled && canRun);
@@ -242,7 +252,16 @@ void MainWindow::openRunWindow(const RunSetup& setup) {
   rig_->setTray(&state_.Tray);
   rig_->setFluorimeterModel(state_.Prefs.Fluorimeter);
   const RunWindowServices services{state_, op_, clock_, printer_, *presenter_.qualityChecks()};
-  if (OpenRunWindow(this, services, setup, *ports_, *rig_, traceDirectory_) == nullptr) {
+  RunWindow* window = OpenRunWindow(this, services, setup, *ports_, *rig_, traceDirectory_);
+  if (window != nullptr) {
+    connect(window, &RunWindow::runClosed, this, [this](bool) {
+      // Shown once the run window has gone, so the trend does not sit on top of it.
+      QTimer::singleShot(0, this, [this] {
+        if (presenter_.runClosed() && checks_ != nullptr)
+          ShowTrendWindow(checks_->snapshot(), op_, this);
+      });
+    });
+  } else {
     op_.message(
         "The fluorimeter's port COM" + std::to_string(state_.Prefs.FlComPort) + " cannot be used.",
         "ZORVEL COMMUNICATION ERROR", BoxIcon::Exclamation);

@@ -7,6 +7,7 @@
 #include "core/app/main_view.h"
 #include "core/app/port_map.h"
 #include "core/checks/watercell_record.h"
+#include "core/run/quality_checks.h"
 #include "sim/sim_rig.h"
 
 class QAction;
@@ -32,6 +33,8 @@ class MainWindow final : public QMainWindow, public MainView {
   // Where the instrument windows find their ports: the port map, the in-process simulators
   // and the trace folder (empty: no trace). Until this is called they cannot open.
   void setInstruments(const PortMap* ports, sim::SimRig* rig, std::string traceDirectory);
+  // The control and blank checks every run files through; their trend is shown from here.
+  void setQualityChecks(QualityChecks& checks);
 
   void setMethodFileLabel(const std::string& text) override;
   void setDataFileLabel(const std::string& text) override;
@@ -77,6 +80,7 @@ class MainWindow final : public QMainWindow, public MainView {
   sim::SimRig* rig_ = nullptr;
   std::string traceDirectory_;
   WaterCellResult lastWaterCell_;
+  QualityChecks* checks_ = nullptr;
   bool disclaimerEnabled_ = true;
   bool stopping_ = false;
   bool activationQueued_ = false;
