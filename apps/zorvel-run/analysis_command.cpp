@@ -7,7 +7,9 @@
 #include "core/datafiles/data_set_commands.h"
 #include "core/method/method_codes.h"
 #include "core/method/method_file.h"
-#include "core/run/filing_check.h"
+#include "core/run/alert_console.h"
+#include "core/run/quality_checks.h"
+#include "core/run/quality_grid.h"
 #include "core/run/run_controller.h"
 #include "core/run/run_launch.h"
 #include "core/text/number_format.h"
@@ -30,7 +32,7 @@ bool loadMethod(Context& context, Operator& op) {
 }
 
 // The way into the run: a new data set as "&Save As" makes it, or a reopened one with OK.
-std::optional<RunLaunch> launch(Context& context, RunOperator& op, FilingCheck& checks) {
+std::optional<RunLaunch> launch(Context& context, RunOperator& op, QualityChecks& checks) {
   LaunchServices services{context.state, op, context.clock, context.printer, checks, checks, {}};
   if (!context.options.newDataPath.empty()) {
     op.answerNextFileDialog(absolute(context.options.newDataPath));
@@ -40,6 +42,8 @@ std::optional<RunLaunch> launch(Context& context, RunOperator& op, FilingCheck& 
   const ReopenResult reopened = ReopenDataFileSet(context.state, op, path, checks);
   if (!reopened.ok) return std::nullopt;
   context.state.LineEnding = LineEndingFor(context.state.Method.FileType);
+  // What the main window's median display would show for the reloaded control database.
+  PrintMedians(context.out, checks.snapshot(), checks.medianRow(context.state.Method.NoColors));
   return LaunchAppend(services, false, reopened.nextSampleNumber, reopened.lastSampleNumber);
 }
 
@@ -109,7 +113,8 @@ int RunAnalysisCommand(Context& context) {
   RunOperator op(context.op, context.out);
   if (!loadMethod(context, op))
     return context.fail("the method " + o.methodPath + " cannot be read");
-  FilingCheck checks(context.state, context.clock, op);
+  ConsoleAlertDialog alert(context.script, context.out);
+  QualityChecks checks(context.state, context.clock, op, alert);
   const std::optional<RunLaunch> start = launch(context, op, checks);
   if (context.script.failed()) return context.fail(context.script.failure());
   if (!start) return context.fail("the data set " + o.appendDataPath + " cannot be reopened");
@@ -123,8 +128,11 @@ int RunAnalysisCommand(Context& context) {
   if (!line) return context.fail("the fluorimeter's port cannot be reached");
 
   ConsoleRunView view(context.out);
+  // The checks mark the row of the reading they judge; the tracker knows which row that is.
+  QcRowTracker tracker(view);
+  checks.attachGrid(&tracker);
   RunController run(RunServices{context.state, op, context.clock, context.printer, *line, checks},
-                    start->setup, view);
+                    start->setup, tracker);
   // On the simulated bench, each new cuvette the run asks for is the next one in the queue.
   if (context.ports.isSimulated(comPort)) {
     run.setCuvetteChanger([&context] { context.rig.bench.insertNextCuvette(); });
@@ -145,8 +153,11 @@ int RunAnalysisCommand(Context& context) {
     }
   }
   run.Form_Unload();
+  checks.attachGrid(nullptr);
   if (context.op.ended()) return context.op.exitCode();
   if (context.script.failed()) return context.fail(context.script.failure());
+  // Where the desktop shows the control trend as the run window closes.
+  if (checks.ControlCount() > 0) PrintTrendFigures(context.out, checks.snapshot());
   return 0;
 }
 

@@ -11,8 +11,9 @@
 namespace zorvel::headless {
 
 // The run window of an unattended run: every prompt and status line is printed as it comes,
-// each reading as "row: label values"; what the operator may press next is remembered so the
-// answer file can be checked against it.
+// each reading as "row: label values", the checks' cell colours and the "Median" row once it
+// holds figures; what the operator may press next is remembered so the answer file can be
+// checked against it.
 class ConsoleRunView final : public RunView {
  public:
   explicit ConsoleRunView(std::ostream& out) : out_(out) {}
@@ -22,10 +23,10 @@ class ConsoleRunView final : public RunView {
   void clearStatus() override {}
   void showStatus(const std::string& line) override { out_ << line << "\n"; }
   void setGridColumns(const std::vector<std::string>& heads) override;
-  void setMedianRow(const std::vector<std::string>&) override {}
+  void setMedianRow(const std::vector<std::string>& medians) override;
   void setRowLabel(int row, const std::string& label) override;
   void setCell(int row, int column, const std::string& text) override;
-  void setCellColour(int, int, int) override {}
+  void setCellColour(int row, int column, int paletteIndex) override;
   void showRow(int) override {}
   void showChoices(const RunChoices& choices) override { choices_ = choices; }
   void showComment(bool) override {}
