@@ -19,21 +19,38 @@
 #include "core/platform/page_printer.h"
 #include "core/platform/real_clock.h"
 #include "core/run/filing_check.h"
+#include "core/run/quality_checks.h"
 #include "core/text/number_format.h"
 #include "sim/sim_rig.h"
 #include "support/bytes.h"
 #include "ui/platform/qt_operator.h"
 #include "ui/qt_app.h"
 #include "ui/windows/run_grid.h"
+#include "ui/windows/run_palette.h"
 #include "ui/windows/run_spectra.h"
 
 namespace zorvel {
 namespace {
 
+// The alert answered from a list, on whichever thread the check runs.
+struct ListedAlert final : AlertDialog {
+  std::vector<int> answers;
+  int asked = 0;
+  int ask(const QcSnapshot&) override {
+    ++asked;
+    const int answer = answers.front();
+    answers.erase(answers.begin());
+    return answer;
+  }
+};
+
 // A cuvette run of a short method on the in-process simulator, in real time: the instrument
-// answers at once but for its read times and the line's own character times.
+// answers at once but for its read times and the line's own character times. Given an alert,
+// the run files through the control and blank checks, whose control database already holds
+// three controls far below anything the simulator reads.
 struct WindowRun {
-  WindowRun(bool fixed, bool synch, float readTimeS, int colours = 2) {
+  WindowRun(bool fixed, bool synch, float readTimeS, int colours = 2,
+            AlertDialog* alert = nullptr) {
     testing::qtApp();
     FillColourTables(state);
     FillModelNames(state);
@@ -61,8 +78,13 @@ struct WindowRun {
     rig.fluorimeter().setScanDataIntervalNm(1);
     for (double& dye : rig.bench.cuvette.dyes) dye = 1.0;
     ports.devices[1] = "sim";
-    window =
-        ui::OpenRunWindow(nullptr, {state, op, clock, printer, checks}, RunSetup{}, ports, rig, "");
+    if (alert != nullptr) {
+      qc = std::make_unique<QualityChecks>(state, clock, op, *alert);
+      for (float k : {10.0f, 11.0f, 12.0f}) qc->CheckControl(std::vector<float>{k, k + 10}, 1, "");
+    }
+    QualityCheck& filing = qc ? static_cast<QualityCheck&>(*qc) : checks;
+    window = ui::OpenRunWindow(nullptr, {state, op, clock, printer, filing, qc.get()}, RunSetup{},
+                               ports, rig, "");
     QObject::connect(window.data(), &ui::RunWindow::runClosed,
                      [this](bool controls) { closedWithControls = controls ? 1 : 0; });
   }
@@ -88,6 +110,7 @@ struct WindowRun {
   PagePrinter printer;
   sim::SimRig rig;
   FilingCheck checks{state, clock, op};
+  std::unique_ptr<QualityChecks> qc;
   PortMap ports;
   QPointer<ui::RunWindow> window;
   int closedWithControls = -1;
@@ -222,6 +245,45 @@ TEST(RunWindow, ScanIsPlottedInBandColoursAndFittedToItsMaximum) {
 
   run.clickAndWait("AcceptReject_1", "OK_Frame");
   EXPECT_FALSE(testing::readFile(run.state.DataSet.SynPath).empty());
+}
+
+QColor CellColour(const ui::ResultsGrid* grid, int row, int column) {
+  return grid->item(row - 1, column)->background().color();
+}
+
+TEST(RunWindow, AFarControlIsRefusedThenKeptAndTheChecksLetGoOfTheGridWhenItCloses) {
+  ListedAlert alert;
+  alert.answers = {7, 6};
+  WindowRun run(true, false, 0.05f, 2, &alert);
+  ui::ResultsGrid* grid = run.window->grid();
+  EXPECT_EQ(grid->textAt(1, 1), "11.0");
+  EXPECT_EQ(grid->textAt(1, 2), "21.0");
+  run.clickAndWait("OK_1", "OK_Frame");
+  run.clickAndWait("OK_1", "AR_Frame");
+
+  // Read again: the refused row says "NS" in yellow, the next holds the same number.
+  run.clickAndWait("AcceptReject_3", "AR_Frame");
+  EXPECT_EQ(alert.asked, 1);
+  EXPECT_EQ(grid->textAt(3, 0), "NS");
+  EXPECT_EQ(CellColour(grid, 3, 1), ui::StandardColour(14));
+  EXPECT_EQ(CellColour(grid, 3, 2), ui::StandardColour(14));
+  EXPECT_EQ(grid->textAt(4, 0), "1");
+  EXPECT_FALSE(grid->textAt(4, 1).isEmpty());
+
+  // Kept: light red, and the "Median" row follows the database.
+  run.clickAndWait("AcceptReject_3", "OK_Frame");
+  EXPECT_EQ(alert.asked, 2);
+  EXPECT_EQ(CellColour(grid, 4, 1), ui::StandardColour(12));
+  EXPECT_EQ(grid->textAt(1, 1), "11.5");
+  EXPECT_EQ(grid->textAt(1, 2), "21.5");
+  EXPECT_EQ(run.qc->ControlCount(), 4);
+
+  QTest::mouseClick(run.button("OK_2"), Qt::LeftButton);
+  QTRY_VERIFY_WITH_TIMEOUT(run.window.isNull(), 2000);
+  EXPECT_EQ(run.closedWithControls, 1);
+  // A check after the window has gone paints nothing: the grid it painted is no more.
+  alert.answers = {6};
+  EXPECT_EQ(run.qc->CheckControl(std::vector<float>{5000, 5000}, 2, ""), verdict::kKeep);
 }
 
 }  // namespace

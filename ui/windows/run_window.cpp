@@ -20,6 +20,8 @@
 #include <algorithm>
 #include <cctype>
 
+#include "core/run/quality_checks.h"
+#include "core/run/quality_grid.h"
 #include "core/text/number_format.h"
 #include "ui/platform/instrument_worker.h"
 #include "ui/windows/run_grid.h"
@@ -48,7 +50,9 @@ QString asNumber(double value) {
 
 RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
                      std::unique_ptr<SerialLine> fluorimeterLine, QWidget* parent)
-    : QWidget(parent, Qt::Window), line_(std::move(fluorimeterLine)) {
+    : QWidget(parent, Qt::Window),
+      line_(std::move(fluorimeterLine)),
+      qualityChecks_(services.qualityChecks) {
   setObjectName("SAMPLING");
   setWindowTitle("ZORVEL Sampling");
   auto* layout = new QVBoxLayout(this);
@@ -65,10 +69,14 @@ RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
   resize(820, 640);
 
   relay_ = std::make_unique<RunViewRelay>(*this, *this);
+  // The checks run on the worker and paint through the relay, so their colours arrive queued
+  // behind the reading's own cells.
+  tracker_ = std::make_unique<QcRowTracker>(*relay_);
+  if (qualityChecks_ != nullptr) qualityChecks_->attachGrid(tracker_.get());
   controller_ =
       std::make_unique<RunController>(RunServices{services.state, services.op, services.clock,
                                                   services.printer, *line_, services.checks},
-                                      setup, *relay_);
+                                      setup, *tracker_);
   worker_ = std::make_unique<InstrumentWorker>();
   connectControls();
   controller_->Form_Load();
@@ -81,8 +89,10 @@ RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
 RunWindow::~RunWindow() {
   worker_->waitUntilIdle();
   worker_.reset();
+  detachChecks();
   if (!unloaded_) controller_->Form_Unload();
   controller_.reset();
+  tracker_.reset();
   relay_.reset();
   line_.reset();
 }
@@ -272,6 +282,11 @@ void RunWindow::workFinished() {
   working_ = false;
 }
 
+void RunWindow::detachChecks() {
+  if (qualityChecks_ != nullptr) qualityChecks_->attachGrid(nullptr);
+  qualityChecks_ = nullptr;
+}
+
 void RunWindow::pushVerticalScale() {
   const auto low = text::parseNumber(yMin_->text().toStdString());
   const auto high = text::parseNumber(yMax_->text().toStdString());
@@ -289,6 +304,7 @@ void RunWindow::closeEvent(QCloseEvent* event) {
     if (!unloaded_) {
       unloaded_ = true;
       worker_->waitUntilIdle();
+      detachChecks();
       controller_->Form_Unload();
       emit runClosed(controller_->controlDataExist());
     }

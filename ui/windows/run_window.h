@@ -20,6 +20,8 @@ class QProgressBar;
 class QPushButton;
 
 namespace zorvel {
+class QcRowTracker;
+class QualityChecks;
 struct PortMap;
 namespace sim {
 class SimRig;
@@ -40,6 +42,9 @@ struct RunWindowServices {
   Clock& clock;
   Printer& printer;
   QualityCheck& checks;
+  // The control and blank checks themselves, when the run has them: they paint the grid row
+  // of the reading they judge for as long as the window is open. Null: nothing is painted.
+  QualityChecks* qualityChecks = nullptr;
 };
 
 // SAMPLING, the run window: the results grid, the prompts, the decision buttons with the
@@ -106,12 +111,16 @@ class RunWindow final : public QWidget, public RunView {
   // Runs a long controller call on the worker; ignored while one is under way.
   void startWork(std::function<void(RunController&)> call);
   void workFinished();
+  // The checks stop painting this window's grid; from then on nothing can reach it.
+  void detachChecks();
   void pushVerticalScale();
   void updateDecisionFrame();
   QPushButton* buttonFor(RunButton button) const;
 
   std::unique_ptr<SerialLine> line_;
   std::unique_ptr<RunViewRelay> relay_;
+  std::unique_ptr<QcRowTracker> tracker_;
+  QualityChecks* qualityChecks_ = nullptr;
   std::unique_ptr<RunController> controller_;
   std::unique_ptr<InstrumentWorker> worker_;
   bool working_ = false;
