@@ -251,7 +251,8 @@ void MainWindow::openRunWindow(const RunSetup& setup) {
   if (ports_ == nullptr || rig_ == nullptr || presenter_.qualityChecks() == nullptr) return;
   rig_->setTray(&state_.Tray);
   rig_->setFluorimeterModel(state_.Prefs.Fluorimeter);
-  const RunWindowServices services{state_, op_, clock_, printer_, *presenter_.qualityChecks()};
+  const RunWindowServices services{state_, op_, clock_, printer_, *presenter_.qualityChecks(),
+                                   checks_};
   RunWindow* window = OpenRunWindow(this, services, setup, *ports_, *rig_, traceDirectory_);
   if (window != nullptr) {
     connect(window, &RunWindow::runClosed, this, [this](bool) {
