@@ -32,6 +32,7 @@ class ConsoleMainView final : public MainView {
   void closeAllWindows() override {}
   void setLaunchButtons(bool, bool) override {}
   void openRunWindow(const RunSetup&) override {}
+  void showMedians(const std::vector<std::string>&) override {}
 
  private:
   std::ostream& out_;

@@ -140,6 +140,7 @@ void MainPresenter::appendDataFile() {
   editor_.FirstSampleNumber = result.nextSampleNumber;
   apply(result.window);
   view_.setLaunchButtons(true, true);
+  showMedians();
   enable(MainMenu::ShowExistingControls, checks_ != nullptr && checks_->ControlCount() > 0);
 }
 
@@ -181,7 +182,14 @@ void MainPresenter::save() {
       first));
 }
 
+// The control medians of the current set, once the databases know them.
+void MainPresenter::showMedians() {
+  if (checks_ == nullptr) return;
+  view_.showMedians(checks_->medianRow(state_.Method.NoColors));
+}
+
 bool MainPresenter::runClosed() {
+  showMedians();
   view_.setDataFileLabel("Not Loaded");
   for (MainMenu item :
        {MainMenu::NewMethodFile, MainMenu::EditMethodFile, MainMenu::AppendDataFile,

@@ -87,6 +87,7 @@ class MainPresenter {
   void startRun(const RunLaunch& launch);
   bool saveNewMethod();
   std::string methodSummaryText() const;
+  void showMedians();
 
   AppState& state_;
   Operator& op_;

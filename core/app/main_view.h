@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "core/run/run_controller.h"
 
@@ -45,6 +46,8 @@ class MainView {
   virtual void setLaunchButtons(bool saveEnabled, bool okEnabled) = 0;
   // Opens the run window for a launched run; it keeps the program waiting until it closes.
   virtual void openRunWindow(const RunSetup& setup) = 0;
+  // Each colour's control median ("0.0"; empty when not known), under the method's pairs.
+  virtual void showMedians(const std::vector<std::string>& medians) = 0;
 };
 
 }  // namespace zorvel

@@ -75,3 +75,43 @@ TEST(DemoWorkspace, AppendingAMissingSetSaysSoAndChangesNothing) {
 
 }  // namespace
 }  // namespace zorvel
+
+namespace zorvel {
+namespace {
+
+// Checks that know two controls and their medians.
+class TwoControls final : public QualityCheck {
+ public:
+  int ControlCount() const override { return 2; }
+  int BlankCount() const override { return 0; }
+  int check(const CheckedReading&) override { return verdict::kKeep; }
+  void countScanOnly(CheckKind) override {}
+  std::vector<std::string> medianRow(int colours) const override {
+    return std::vector<std::string>(static_cast<std::size_t>(colours), "11.5");
+  }
+};
+
+TEST(DemoWorkspace, AClosedRunLeavesNoSetLoadedAndShowsTheMediansAndTrend) {
+  const std::string dir = testing::makeTempDir("demo-close");
+  ScriptedOperator op;
+  ASSERT_TRUE(PrepareDemoWorkspace(dir, op));
+  AppState state;
+  VirtualClock clock;
+  PagePrinter printer;
+  testing::FakeMainView view;
+  MainPresenter presenter(state, op, clock, printer, view);
+  TwoControls checks;
+  NoQualityDatabases databases;
+  presenter.setQualityChecks(checks, databases);
+  presenter.setAvailable(MainMenu::ShowExistingControls, true);
+  ASSERT_TRUE(presenter.startUp(dir));
+  state.Method.NoColors = 2;
+  EXPECT_TRUE(presenter.runClosed());  // controls exist: the trend follows
+  EXPECT_EQ(view.dataLabel, "Not Loaded");
+  EXPECT_EQ(view.medians, (std::vector<std::string>{"11.5", "11.5"}));
+  EXPECT_TRUE(view.menus[MainMenu::ShowExistingControls]);
+  EXPECT_TRUE(view.menus[MainMenu::EditMethodFile]);
+}
+
+}  // namespace
+}  // namespace zorvel

@@ -37,6 +37,8 @@ class FakeMainView : public MainView {
     okEnabled = ok;
   }
   void openRunWindow(const RunSetup& setup) override { runs.push_back(setup); }
+  void showMedians(const std::vector<std::string>& m) override { medians = m; }
+  std::vector<std::string> medians;
   bool saveEnabled = false, okEnabled = false;
   std::vector<RunSetup> runs;
 

@@ -110,6 +110,10 @@ QWidget* MainWindow::buildMethodForm() {
   files->addWidget(dataLabel_, 1, 1);
   files->addWidget(trayCaption_, 2, 0);
   files->addWidget(trayLabel_, 2, 1);
+  medians_ = new QLabel;
+  medians_->setObjectName("Medians_Label");
+  files->addWidget(new QLabel("Control Medians:"), 3, 0);
+  files->addWidget(medians_, 3, 1);
   files->setColumnStretch(1, 1);
 
   methodView_ = new QPlainTextEdit;
@@ -233,6 +237,12 @@ void MainWindow::setInstruments(const PortMap* ports, sim::SimRig* rig,
     presenter_.setAvailable(item, ports_ != nullptr && rig_ != nullptr);
     actions_.at(item)->setEnabled(presenter_.available(item));
   }
+}
+
+void MainWindow::showMedians(const std::vector<std::string>& medians) {
+  QStringList shown;
+  for (const auto& m : medians) shown << (m.empty() ? QString("-") : QString::fromStdString(m));
+  medians_->setText(shown.join("  "));
 }
 
 void MainWindow::setQualityChecks(QualityChecks& checks) {

@@ -48,6 +48,7 @@ class MainWindow final : public QMainWindow, public MainView {
   void closeAllWindows() override;
   void setLaunchButtons(bool saveEnabled, bool okEnabled) override;
   void openRunWindow(const RunSetup& setup) override;
+  void showMedians(const std::vector<std::string>& medians) override;
 
  protected:
   bool event(QEvent* event) override;
@@ -70,6 +71,7 @@ class MainWindow final : public QMainWindow, public MainView {
   QLabel* dataLabel_ = nullptr;
   QLabel* trayCaption_ = nullptr;
   QLabel* trayLabel_ = nullptr;
+  QLabel* medians_ = nullptr;
   QPlainTextEdit* methodView_ = nullptr;
   QPushButton* cancel_ = nullptr;
   QPushButton* save_ = nullptr;
