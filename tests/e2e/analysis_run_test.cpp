@@ -4,30 +4,17 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
-#include <QCoreApplication>
 #include <QProcess>
 #include <chrono>
-#include <filesystem>
-#include <regex>
-#include <sstream>
 #include <thread>
 
-#include "core/app/preferences_file.h"
 #include "core/method/method_file.h"
-#include "support/bytes.h"
+#include "e2e/run_helpers.h"
 
 #if defined(ZORVEL_SIM_EXECUTABLE) && defined(ZORVEL_RUN_EXECUTABLE)
 
 namespace zorvel {
 namespace {
-
-void ensureApplication() {
-  if (QCoreApplication::instance() != nullptr) return;
-  static int argc = 1;
-  static char name[] = "test_e2e";
-  static char* argv[] = {name, nullptr};
-  new QCoreApplication(argc, argv);  // lives as long as the test program
-}
 
 MethodSettings QuickMethod(bool synch) {
   MethodSettings m;
@@ -52,30 +39,15 @@ MethodSettings QuickMethod(bool synch) {
   return m;
 }
 
-// A start-up folder with its preferences (the fluorimeter on COM1), DATA, METHODS and a method.
 std::string Workspace(const MethodSettings& method) {
-  const std::string dir = testing::makeTempDir("e2e-run");
-  std::filesystem::create_directories(dir + "DATA");
-  std::filesystem::create_directories(dir + "METHODS");
-  Preferences prefs;
-  prefs.FlComPort = 1;
-  prefs.BaseDirectoryPath = dir;
-  EXPECT_TRUE(WritePreferencesFile(dir + "ZORVEL.PRF", prefs));
+  const std::string dir = e2e::makeWorkspace("e2e-run");
   EXPECT_TRUE(WriteMethodFile(method, dir + "METHODS/LIVER.MTH"));
   return dir;
 }
 
 // The records of a data file: the lines that start with a record letter and a number.
 std::vector<std::string> Records(const std::string& path) {
-  std::vector<std::string> records;
-  std::istringstream in(testing::readFile(path));
-  std::string line;
-  const std::regex record("^[SPBCR][0-9]+[\t ].*");
-  while (std::getline(in, line)) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    if (std::regex_match(line, record)) records.push_back(line);
-  }
-  return records;
+  return e2e::matchingLines(path, std::regex("^[SPBCR][0-9]+[\t ].*"));
 }
 
 std::vector<std::string> Labels(const std::vector<std::string>& records) {
@@ -93,7 +65,7 @@ QStringList RunArguments(const std::string& dir, const std::string& answers) {
 }
 
 TEST(AnalysisRun, ZorvelRunAgainstZorvelSimOverPseudoTerminals) {
-  ensureApplication();
+  e2e::ensureApplication();
   const std::string dir = Workspace(QuickMethod(true));
   QProcess sim;
   sim.start(ZORVEL_SIM_EXECUTABLE, {"--dir", QString::fromStdString(dir), "--speed", "20"});
@@ -144,7 +116,7 @@ TEST(AnalysisRun, ZorvelRunAgainstZorvelSimOverPseudoTerminals) {
 }
 
 TEST(AnalysisRun, ARunKilledMidwayLeavesEveryRecordItWroteWhole) {
-  ensureApplication();
+  e2e::ensureApplication();
   MethodSettings method = QuickMethod(false);
   method.ReadTime = 0.1f;
   const std::string dir = Workspace(method);
@@ -179,7 +151,7 @@ TEST(AnalysisRun, ARunKilledMidwayLeavesEveryRecordItWroteWhole) {
 }
 
 TEST(AnalysisRun, AppendingAfterACrashRepairsTheTornRecordAndContinuesTheNumbers) {
-  ensureApplication();
+  e2e::ensureApplication();
   MethodSettings method = QuickMethod(false);
   method.NoColors = 1;
   const std::string dir = Workspace(method);
@@ -211,7 +183,7 @@ TEST(AnalysisRun, AppendingAfterACrashRepairsTheTornRecordAndContinuesTheNumbers
 }
 
 TEST(AnalysisRun, AnAnswerThatDoesNotFitStopsTheRunWithItsLine) {
-  ensureApplication();
+  e2e::ensureApplication();
   const std::string dir = Workspace(QuickMethod(false));
   QStringList arguments = RunArguments(dir, "no\ninit\naccept\n");
   arguments << "--port"

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QProcess>
 #include <filesystem>
 #include <map>
@@ -16,6 +15,7 @@
 #include "core/instruments/pump.h"
 #include "core/platform/real_clock.h"
 #include "core/platform/scripted_operator.h"
+#include "e2e/run_helpers.h"
 #include "support/bytes.h"
 #include "ui/platform/line_factory.h"
 
@@ -24,20 +24,12 @@
 namespace zorvel {
 namespace {
 
-void ensureApplication() {
-  if (QCoreApplication::instance() != nullptr) return;
-  static int argc = 1;
-  static char name[] = "test_e2e";
-  static char* argv[] = {name, nullptr};
-  new QCoreApplication(argc, argv);  // lives as long as the test program
-}
-
 // zorvel-sim running on a folder whose preferences put the fluorimeter (an LS-50) on COM2,
 // the pump on COM4 and the arm on COM1.
 class SimulatorProcess : public ::testing::Test {
  protected:
   void SetUp() override {
-    ensureApplication();
+    e2e::ensureApplication();
     Preferences prefs;
     prefs.Fluorimeter = 1;
     prefs.FlComPort = 2;
@@ -141,7 +133,7 @@ TEST_F(SimulatorProcess, AVanishedSimulatorIsReportedOnceAndNeverWaitedOn) {
 }
 
 TEST(SimulatorOptions, ABadBenchFileIsNamedLineByLineAndNothingIsServed) {
-  ensureApplication();
+  e2e::ensureApplication();
   const std::string dir = testing::makeTempDir("e2e-bench");
   testing::writeFile(dir + "bench.txt", "cuvette ok: Blue=1\ntube 3: Purple=1\n");
   QProcess sim;

@@ -4,39 +4,20 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QProcess>
-#include <filesystem>
-#include <regex>
-#include <sstream>
 
-#include "core/app/preferences_file.h"
 #include "core/method/method_file.h"
-#include "support/bytes.h"
+#include "e2e/run_helpers.h"
 
 #if defined(ZORVEL_RUN_EXECUTABLE)
 
 namespace zorvel {
 namespace {
 
-void ensureApplication() {
-  if (QCoreApplication::instance() != nullptr) return;
-  static int argc = 1;
-  static char name[] = "test_e2e";
-  static char* argv[] = {name, nullptr};
-  new QCoreApplication(argc, argv);  // lives as long as the test program
-}
-
 // One fixed colour on one dye of the bench, read long enough that readings of one cuvette
 // agree well within the 5 % of the alert rule. The cuvettes are read in the order listed.
 std::string Workspace() {
-  const std::string dir = testing::makeTempDir("e2e-qc");
-  std::filesystem::create_directories(dir + "DATA");
-  std::filesystem::create_directories(dir + "METHODS");
-  Preferences prefs;
-  prefs.FlComPort = 1;
-  prefs.BaseDirectoryPath = dir;
-  EXPECT_TRUE(WritePreferencesFile(dir + "ZORVEL.PRF", prefs));
+  const std::string dir = e2e::makeWorkspace("e2e-qc");
   MethodSettings m;
   m.Fixed = true;
   m.NoColors = 1;
@@ -83,20 +64,18 @@ Finished RunWith(const std::string& dir, const std::string& dataOption,
 
 // The first reading of each record of a database file, in file order.
 std::vector<double> FirstReadings(const std::string& path) {
-  std::vector<double> readings;
-  std::istringstream in(testing::readFile(path));
-  std::string line;
   const std::regex record("^[CB][0-9]+\t *(-?[0-9.]+) *\t.*");
-  std::smatch match;
-  while (std::getline(in, line)) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    if (std::regex_match(line, match, record)) readings.push_back(std::stod(match[1].str()));
+  std::vector<double> readings;
+  for (const std::string& line : e2e::matchingLines(path, record)) {
+    std::smatch match;
+    std::regex_match(line, match, record);
+    readings.push_back(std::stod(match[1].str()));
   }
   return readings;
 }
 
 TEST(QualityCheckedRun, BuildsTheDatabasesRefusesAFarControlThenKeepsItAndReloadsOnReopening) {
-  ensureApplication();
+  e2e::ensureApplication();
   const std::string dir = Workspace();
   const Finished built = RunWith(dir, "--data",
                                  "yes        # build the databases\n"

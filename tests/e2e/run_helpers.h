@@ -1,0 +1,49 @@
+// Set-up shared by the end-to-end runs of zorvel-run: the Qt application object, a start-up
+// folder, and the lines of a data file.
+#pragma once
+
+#include <QCoreApplication>
+#include <filesystem>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "core/app/preferences_file.h"
+#include "support/bytes.h"
+
+namespace zorvel::e2e {
+
+inline void ensureApplication() {
+  if (QCoreApplication::instance() != nullptr) return;
+  static int argc = 1;
+  static char name[] = "test_e2e";
+  static char* argv[] = {name, nullptr};
+  new QCoreApplication(argc, argv);  // lives as long as the test program
+}
+
+// A start-up folder with DATA, METHODS and preferences that put the fluorimeter on COM1.
+inline std::string makeWorkspace(const std::string& prefix) {
+  const std::string dir = testing::makeTempDir(prefix);
+  std::filesystem::create_directories(dir + "DATA");
+  std::filesystem::create_directories(dir + "METHODS");
+  Preferences prefs;
+  prefs.FlComPort = 1;
+  prefs.BaseDirectoryPath = dir;
+  EXPECT_TRUE(WritePreferencesFile(dir + "ZORVEL.PRF", prefs));
+  return dir;
+}
+
+// The lines of a file that match `pattern`, without their CR.
+inline std::vector<std::string> matchingLines(const std::string& path, const std::regex& pattern) {
+  std::vector<std::string> lines;
+  std::istringstream in(testing::readFile(path));
+  std::string line;
+  while (std::getline(in, line)) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    if (std::regex_match(line, pattern)) lines.push_back(line);
+  }
+  return lines;
+}
+
+}  // namespace zorvel::e2e
