@@ -90,13 +90,6 @@ TEST_F(ArmConversation, AReplyWithoutOkAsksForStatusOnceAndReadsUntilOk) {
   EXPECT_GT(clock.monotonicS(), 3.0);
 }
 
-TEST_F(ArmConversation, LowerCaseReadyStatusEndsThePoll) {
-  peer.on("RESET\r", "?", 0.01);
-  peer.on("Status\r", "Ok: rE", 0.2);
-  EXPECT_EQ(arm.MoveArmToTube(-1), LinkFailure::None);
-  EXPECT_SAME_BYTES("RESET\rStatus\r", peer.sent);
-}
-
 TEST_F(ArmConversation, AnOkSplitAcrossCharactersIsStillSeen) {
   // The reply trickles in with pauses shorter than the reply gap.
   peer.on("SETM ABSPOS=150,87.5\r", "O", 1.0);

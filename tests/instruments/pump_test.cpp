@@ -60,13 +60,6 @@ TEST_F(PumpConversation, InitialiseOpensThenInitialisesPumpBeforeValveAndPollsTi
   EXPECT_FALSE(line.isOpen());
 }
 
-TEST_F(PumpConversation, ReadyByteInsideALongerReplyEndsThePolling) {
-  peer.on(PumpFrame(1, "IS10A 0R"), "", 0);
-  peer.on(PumpQueryFrame(1), std::string("\x01\x02\x60\x04\x05", 5), 0.002);
-  EXPECT_EQ(pump.PumpDispense(1, 0), LinkFailure::None);
-  EXPECT_SAME_BYTES(expectedBytes(1, "IS10A 0R", 1), peer.sent);
-}
-
 TEST_F(PumpConversation, DispenseFillAndValveCommandsCarryTheSettings) {
   scriptCommand(1, "IS10");
   scriptCommand(1, "IS10D 45R");
