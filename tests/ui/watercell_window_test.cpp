@@ -52,29 +52,10 @@ class WaterCellWindowTest : public ::testing::Test {
   WaterCellResult last;
 };
 
-TEST_F(WaterCellWindowTest, OpensWithItsInstructionsAndStartAsDefault) {
-  ui::WaterCellWindow window(state, op, clock,
-                             std::make_unique<sim::SimulatedLine>(clock, fluorimeter), last);
-  window.show();
-  EXPECT_EQ("Watercell", window.windowTitle());
-  EXPECT_EQ("WATERFORM", window.objectName());
-  EXPECT_EQ(
-      "Place watercell in the cuvette holder\nand then press the ENTER key or click\nthe Start "
-      "button to start sampling.",
-      child<QLabel>(window, "Messages")->text());
-  EXPECT_TRUE(child<QPushButton>(window, "Start")->isDefault());
-  EXPECT_TRUE(child<QPushButton>(window, "Cancel")->isVisible());
-  EXPECT_FALSE(child<QPushButton>(window, "Rerun")->isVisible());
-  EXPECT_EQ("Rerun Watercell", child<QPushButton>(window, "Rerun")->text());
-  EXPECT_FALSE(child<QPushButton>(window, "OK")->isVisible());
-  QTest::keyClick(&window, Qt::Key_Escape);  // Cancel before a run
-  EXPECT_FALSE(window.isVisible());
-  EXPECT_NE(std::string::npos,
-            testing::readFile(state.LogPath).find("Watercell out of limits.  Aborted"));
-}
-
 TEST_F(WaterCellWindowTest, FreshSimulatorPassesAndLostLampPowerFails) {
   auto first = runCheck();
+  EXPECT_EQ("WATERFORM", first->objectName());
+  EXPECT_EQ("Watercell", first->windowTitle());
   EXPECT_TRUE(child<QPushButton>(*first, "OK")->isVisible());
   EXPECT_TRUE(child<QPushButton>(*first, "OK")->isDefault());
   EXPECT_FALSE(child<QPushButton>(*first, "Rerun")->isVisible());
