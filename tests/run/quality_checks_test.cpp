@@ -7,6 +7,7 @@
 
 #include "core/platform/scripted_operator.h"
 #include "core/platform/virtual_clock.h"
+#include "run/scripted_alert.h"
 #include "support/bytes.h"
 
 namespace zorvel {
@@ -14,17 +15,7 @@ namespace {
 
 constexpr int kGreen = 10, kBlue = 9, kRed = 12, kYellow = 14;
 
-// Answers the alert with the next scripted verdict and keeps what it was shown.
-struct ScriptedAlert final : AlertDialog {
-  std::vector<int> answers;
-  std::vector<QcSnapshot> shown;
-  int ask(const QcSnapshot& snapshot) override {
-    shown.push_back(snapshot);
-    const int answer = answers.front();
-    answers.erase(answers.begin());
-    return answer;
-  }
-};
+using testing::ScriptedAlert;
 
 struct PaintedGrid final : QcGrid {
   std::map<int, int> cells;
