@@ -24,8 +24,19 @@ bool InstrumentWorker::start(std::function<void()> job, std::function<void()> do
   if (!busy_.compare_exchange_strong(expected, true)) return false;
   QMetaObject::invokeMethod(context_, [this, job = std::move(job), done = std::move(done)] {
     job();
-    busy_.store(false);
-    if (done) postToGui(done);
+    if (!done) {
+      busy_.store(false);
+      return;
+    }
+    // Still busy until the window has taken the result in, so nothing it re-enables in `done`
+    // can be found disabled by a caller that saw the worker idle.
+    QMetaObject::invokeMethod(
+        this,
+        [this, done] {
+          done();
+          busy_.store(false);
+        },
+        Qt::QueuedConnection);
   });
   return true;
 }

@@ -9,7 +9,8 @@ namespace zorvel::ui {
 
 // The one thread on which a window's instrument work runs (set-up, readings, scans, tray runs,
 // the time drive), so that the window repaints and answers keys meanwhile. Jobs run one after
-// another; `done` is called on the window thread when a job has returned.
+// another; `done` is called on the window thread when a job has returned, and the worker counts
+// as busy until it has run.
 class InstrumentWorker final : public QObject {
   Q_OBJECT
  public:
