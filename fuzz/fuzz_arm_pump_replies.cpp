@@ -6,13 +6,13 @@
 #include <string>
 #include <string_view>
 
-#include "core/autosampler/tray_geometry.h"
 #include "core/instruments/arm.h"
-#include "core/instruments/link_state.h"
 #include "core/instruments/pump.h"
-#include "core/method/method_settings.h"
 #include "core/platform/operator.h"
 #include "core/platform/virtual_clock.h"
+#include "core/state/link_state.h"
+#include "core/state/method_settings.h"
+#include "core/state/tray_geometry.h"
 #include "sim/simulated_line.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/autosampler/tray_geometry.h"
+#include "core/state/tray_geometry.h"
 #include "sim/bench.h"
 #include "sim/simulated_line.h"
 

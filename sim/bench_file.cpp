@@ -2,7 +2,7 @@
 
 #include <cctype>
 
-#include "core/app/app_state.h"
+#include "core/state/app_state.h"
 #include "core/text/number_format.h"
 
 namespace zorvel::sim {

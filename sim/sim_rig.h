@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "core/app/port_map.h"
-#include "core/autosampler/tray_geometry.h"
+#include "core/state/tray_geometry.h"
 #include "sim/arm_sim.h"
 #include "sim/bench.h"
 #include "sim/fluorimeter_sim.h"

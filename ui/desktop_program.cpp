@@ -7,13 +7,13 @@
 #include <filesystem>
 #include <memory>
 
-#include "core/app/app_state.h"
 #include "core/app/demo_workspace.h"
-#include "core/app/file_helpers.h"
 #include "core/app/port_map.h"
-#include "core/datafiles/file_output.h"
+#include "core/files/file_output.h"
 #include "core/platform/real_clock.h"
 #include "core/run/quality_checks.h"
+#include "core/state/app_state.h"
+#include "core/state/file_dialogs.h"
 #include "sim/bench_file.h"
 #include "sim/demo_bench.h"
 #include "sim/sim_rig.h"

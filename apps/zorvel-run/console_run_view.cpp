@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/app/app_state.h"
+#include "core/state/app_state.h"
 
 namespace zorvel::headless {
 

@@ -4,7 +4,7 @@
 
 #include "core/app/main_view.h"
 #include "core/app/startup.h"
-#include "core/datafiles/file_output.h"
+#include "core/files/file_output.h"
 #include "sim/bench_file.h"
 #include "ui/platform/line_factory.h"
 

@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "core/app/answer_file_operator.h"
-#include "core/app/answer_script.h"
-#include "core/app/app_state.h"
 #include "core/app/port_map.h"
 #include "core/platform/real_clock.h"
 #include "core/platform/serial_line.h"
+#include "core/state/answer_script.h"
+#include "core/state/app_state.h"
 #include "sim/sim_rig.h"
 #include "ui/platform/qt_printer.h"
 

@@ -19,8 +19,8 @@
 
 #include "core/app/port_map.h"
 #include "core/app/preferences_file.h"
-#include "core/autosampler/tray_geometry.h"
 #include "core/platform/real_clock.h"
+#include "core/state/tray_geometry.h"
 #include "core/text/number_format.h"
 #include "sim/bench_file.h"
 #include "sim/pty_bridge.h"

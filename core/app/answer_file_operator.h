@@ -3,8 +3,8 @@
 #include <ostream>
 #include <string>
 
-#include "core/app/answer_script.h"
 #include "core/platform/operator.h"
+#include "core/state/answer_script.h"
 
 namespace zorvel {
 

@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <system_error>
 
-#include "core/app/file_helpers.h"
 #include "core/app/port_map.h"
 #include "core/app/preferences_file.h"
 #include "core/method/demo_methods.h"
+#include "core/state/file_dialogs.h"
 
 namespace zorvel {
 

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "core/app/file_helpers.h"
+#include "core/state/file_dialogs.h"
 
 namespace zorvel {
 

@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <system_error>
 
-#include "core/app/file_helpers.h"
 #include "core/app/startup.h"
 #include "core/datafiles/data_set_commands.h"
 #include "core/datafiles/method_summary.h"
@@ -11,6 +10,7 @@
 #include "core/method/method_file.h"
 #include "core/platform/page_printer.h"
 #include "core/run/run_launch.h"
+#include "core/state/file_dialogs.h"
 
 namespace zorvel {
 

@@ -4,7 +4,6 @@
 #include <set>
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/app/main_view.h"
 #include "core/datafiles/quality_databases.h"
 #include "core/method/main_window_update.h"
@@ -12,6 +11,7 @@
 #include "core/platform/operator.h"
 #include "core/platform/printer.h"
 #include "core/run/quality_check.h"
+#include "core/state/app_state.h"
 
 namespace zorvel {
 

@@ -4,8 +4,8 @@
 #include <fstream>
 
 #include "core/app/directory_structure.h"
-#include "core/app/file_helpers.h"
-#include "core/app/key_value_reader.h"
+#include "core/files/key_value_reader.h"
+#include "core/state/file_dialogs.h"
 
 namespace zorvel {
 

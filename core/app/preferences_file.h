@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/platform/operator.h"
+#include "core/state/app_state.h"
 
 namespace zorvel {
 

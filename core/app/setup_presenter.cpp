@@ -6,8 +6,8 @@
 #include <system_error>
 
 #include "core/app/directory_structure.h"
-#include "core/app/file_helpers.h"
 #include "core/app/preferences_file.h"
+#include "core/state/file_dialogs.h"
 
 namespace zorvel {
 

@@ -3,9 +3,9 @@
 #include <functional>
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/app/setup_view.h"
 #include "core/platform/operator.h"
+#include "core/state/app_state.h"
 
 namespace zorvel {
 

@@ -3,9 +3,9 @@
 #include <fstream>
 
 #include "core/app/directory_structure.h"
-#include "core/app/file_helpers.h"
 #include "core/app/preferences_file.h"
 #include "core/method/method_defaults.h"
+#include "core/state/file_dialogs.h"
 
 namespace zorvel {
 

@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/app/main_view.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
+#include "core/state/app_state.h"
 
 namespace zorvel {
 

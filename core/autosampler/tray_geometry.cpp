@@ -1,4 +1,4 @@
-#include "core/autosampler/tray_geometry.h"
+#include "core/state/tray_geometry.h"
 
 #include <fstream>
 #include <sstream>

@@ -3,13 +3,13 @@
 #include <optional>
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/checks/intensity_settings.h"
 #include "core/checks/intensity_view.h"
 #include "core/instruments/fluorimeter_link.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/serial_line.h"
+#include "core/state/app_state.h"
 
 namespace zorvel {
 

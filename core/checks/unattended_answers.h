@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/app/answer_script.h"
+#include "core/state/answer_script.h"
 
 namespace zorvel {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "core/app/file_helpers.h"
-#include "core/datafiles/file_output.h"
+#include "core/files/file_output.h"
+#include "core/state/file_dialogs.h"
 
 namespace zorvel {
 

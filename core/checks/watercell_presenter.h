@@ -2,13 +2,13 @@
 
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/checks/watercell_record.h"
 #include "core/checks/watercell_view.h"
 #include "core/instruments/fluorimeter_link.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/serial_line.h"
+#include "core/state/app_state.h"
 
 namespace zorvel {
 

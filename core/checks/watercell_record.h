@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "core/instruments/fluorimeter_protocol.h"
-#include "core/platform/calendar_time.h"
+#include "core/text/calendar_time.h"
 
 namespace zorvel {
 

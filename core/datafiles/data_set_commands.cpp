@@ -1,14 +1,14 @@
 #include "core/datafiles/data_set_commands.h"
 
-#include "core/app/file_helpers.h"
 #include "core/datafiles/data_set_headers.h"
 #include "core/datafiles/data_set_naming.h"
-#include "core/datafiles/file_output.h"
 #include "core/datafiles/last_sample_number.h"
-#include "core/datafiles/record_append.h"
+#include "core/files/file_output.h"
+#include "core/files/record_append.h"
 #include "core/method/method_codes.h"
 #include "core/method/method_commands.h"
 #include "core/method/method_file.h"
+#include "core/state/file_dialogs.h"
 
 namespace zorvel {
 

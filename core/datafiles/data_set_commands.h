@@ -2,11 +2,11 @@
 
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/datafiles/quality_databases.h"
 #include "core/method/main_window_update.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
+#include "core/state/app_state.h"
 
 // Creating a data file set before a run, and reopening one to append to it.
 namespace zorvel {

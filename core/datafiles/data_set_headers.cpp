@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "core/datafiles/data_set_naming.h"
-#include "core/datafiles/file_output.h"
+#include "core/files/file_output.h"
 #include "core/method/method_codes.h"
 #include "core/text/date_format.h"
 #include "core/text/number_format.h"

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/datafiles/quality_databases.h"
-#include "core/platform/calendar_time.h"
+#include "core/state/app_state.h"
+#include "core/text/calendar_time.h"
 
 // The headers of the files of a data set, written once when the set is created. Each text is
 // built from the current method, the set's paths (state.DataSet) and LineEnding.

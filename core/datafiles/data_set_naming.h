@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "core/datafiles/data_set_paths.h"
-#include "core/method/method_settings.h"
+#include "core/state/data_set_paths.h"
+#include "core/state/method_settings.h"
 
 // How the files of a data set are named: one base path, one upper-case extension per file.
 namespace zorvel {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "core/datafiles/file_output.h"
+#include "core/files/file_output.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {

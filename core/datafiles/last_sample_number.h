@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "core/datafiles/data_set_paths.h"
-#include "core/method/method_settings.h"
+#include "core/state/data_set_paths.h"
+#include "core/state/method_settings.h"
 
 namespace zorvel {
 

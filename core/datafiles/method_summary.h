@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/app/app_state.h"
-#include "core/platform/calendar_time.h"
 #include "core/platform/printer.h"
+#include "core/state/app_state.h"
+#include "core/text/calendar_time.h"
 
 namespace zorvel {
 

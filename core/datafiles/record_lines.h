@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/platform/calendar_time.h"
+#include "core/text/calendar_time.h"
 
 // The record lines appended to the files of a data set during a run, one line per reading.
 // This is the only place that lays them out; the run's writers append what these return.

@@ -3,13 +3,13 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/autosampler/tray_geometry.h"
 #include "core/instruments/arm_pump_link.h"
 #include "core/instruments/instrument_error.h"
-#include "core/instruments/link_state.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/serial_line.h"
+#include "core/state/link_state.h"
+#include "core/state/tray_geometry.h"
 
 namespace zorvel {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/autosampler/tray_geometry.h"
+#include "core/state/tray_geometry.h"
 
 namespace zorvel {
 

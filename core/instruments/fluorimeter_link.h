@@ -8,10 +8,10 @@
 
 #include "core/instruments/fluorimeter_protocol.h"
 #include "core/instruments/instrument_error.h"
-#include "core/instruments/link_state.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/serial_line.h"
+#include "core/state/link_state.h"
 
 namespace zorvel {
 

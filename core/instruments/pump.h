@@ -5,11 +5,11 @@
 
 #include "core/instruments/arm_pump_link.h"
 #include "core/instruments/instrument_error.h"
-#include "core/instruments/link_state.h"
-#include "core/method/method_settings.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/serial_line.h"
+#include "core/state/link_state.h"
+#include "core/state/method_settings.h"
 
 namespace zorvel {
 

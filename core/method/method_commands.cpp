@@ -1,9 +1,9 @@
 #include "core/method/method_commands.h"
 
-#include "core/app/file_helpers.h"
 #include "core/method/method_codes.h"
 #include "core/method/method_defaults.h"
 #include "core/method/method_file.h"
+#include "core/state/file_dialogs.h"
 
 namespace zorvel {
 

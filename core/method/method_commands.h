@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/method/main_window_update.h"
 #include "core/platform/operator.h"
+#include "core/state/app_state.h"
 
 // The main window's method menu commands. The window calls them and applies the returned
 // update; they change AppState (Method, LineEnding, DataSet.MethodFilePath) themselves.

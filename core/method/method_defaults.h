@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "core/app/app_state.h"
-#include "core/method/method_settings.h"
+#include "core/state/app_state.h"
+#include "core/state/method_settings.h"
 
 namespace zorvel {
 

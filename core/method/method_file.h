@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-#include "core/app/app_state.h"
-#include "core/method/method_settings.h"
 #include "core/platform/operator.h"
+#include "core/state/app_state.h"
+#include "core/state/method_settings.h"
 
 // The method file: lines of key "?=" value ended by CR LF in a fixed order, the format version
 // first, then the fixed-wavelength, synchronous-scan and autosampler sections when the method

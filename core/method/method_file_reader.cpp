@@ -1,6 +1,6 @@
 #include <deque>
 
-#include "core/app/key_value_reader.h"
+#include "core/files/key_value_reader.h"
 #include "core/method/method_codes.h"
 #include "core/method/method_file.h"
 #include "core/text/number_format.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/platform/calendar_time.h"
+#include "core/text/calendar_time.h"
 
 namespace zorvel {
 

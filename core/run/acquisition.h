@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "core/instruments/fluorimeter_link.h"
-#include "core/method/method_settings.h"
 #include "core/run/run_view.h"
+#include "core/state/method_settings.h"
 
 namespace zorvel {
 

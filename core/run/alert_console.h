@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "core/app/answer_script.h"
 #include "core/run/quality_snapshot.h"
+#include "core/state/answer_script.h"
 
 namespace zorvel {
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "core/datafiles/file_output.h"
-#include "core/datafiles/record_append.h"
 #include "core/datafiles/record_lines.h"
+#include "core/files/file_output.h"
+#include "core/files/record_append.h"
 
 namespace zorvel {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "core/app/app_state.h"
 #include "core/datafiles/quality_databases.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/run/quality_check.h"
+#include "core/state/app_state.h"
 
 namespace zorvel {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/datafiles/record_append.h"
 #include "core/datafiles/record_lines.h"
+#include "core/files/record_append.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {

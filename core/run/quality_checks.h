@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "core/app/app_state.h"
 #include "core/datafiles/quality_databases.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
@@ -13,6 +12,7 @@
 #include "core/run/quality_database.h"
 #include "core/run/quality_grid.h"
 #include "core/run/quality_snapshot.h"
+#include "core/state/app_state.h"
 
 namespace zorvel {
 

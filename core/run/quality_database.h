@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-#include "core/method/method_settings.h"
+#include "core/state/method_settings.h"
 
 // The control and blank databases: per kind up to 50 entries of one value per colour, kept
 // twice (each colour column sorted on its own, and in arrival order for the trend), with the

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "core/method/colour_declaration.h"
 #include "core/run/quality_database.h"
+#include "core/state/colour_declaration.h"
 
 namespace zorvel {
 

@@ -1,7 +1,7 @@
 #include "core/run/record_writer.h"
 
-#include "core/datafiles/record_append.h"
 #include "core/datafiles/record_lines.h"
+#include "core/files/record_append.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {

@@ -3,12 +3,12 @@
 #include <span>
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/printer.h"
 #include "core/run/quality_check.h"
 #include "core/run/sample_type.h"
+#include "core/state/app_state.h"
 
 namespace zorvel {
 

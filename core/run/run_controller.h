@@ -5,13 +5,13 @@
 #include <memory>
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/printer.h"
 #include "core/platform/serial_line.h"
 #include "core/run/quality_check.h"
 #include "core/run/run_view.h"
+#include "core/state/app_state.h"
 
 namespace zorvel {
 

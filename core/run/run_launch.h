@@ -3,7 +3,6 @@
 #include <functional>
 #include <optional>
 
-#include "core/app/app_state.h"
 #include "core/datafiles/quality_databases.h"
 #include "core/method/main_window_update.h"
 #include "core/platform/clock.h"
@@ -11,6 +10,7 @@
 #include "core/platform/printer.h"
 #include "core/run/quality_check.h"
 #include "core/run/run_controller.h"
+#include "core/state/app_state.h"
 
 // The way from the main window into a run: after "&Save As" has checked and saved the method
 // (a new data set), or from the OK button (a reopened set). Both return what the main window

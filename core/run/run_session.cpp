@@ -4,8 +4,8 @@
 #include <cmath>
 #include <cstdio>
 
-#include "core/app/file_helpers.h"
 #include "core/run/run_prompts.h"
+#include "core/state/file_dialogs.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "core/platform/calendar_time.h"
+#include "core/text/calendar_time.h"
 
 namespace zorvel::text {
 

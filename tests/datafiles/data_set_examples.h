@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "core/app/app_state.h"
+#include "core/state/app_state.h"
 
 // The states behind the golden data-set headers (method fields in the order listed in
 // tests/method/method_examples.h).

@@ -4,8 +4,8 @@
 
 #include "core/datafiles/data_set_commands.h"
 #include "core/datafiles/data_set_headers.h"
-#include "core/datafiles/file_output.h"
 #include "core/datafiles/last_sample_number.h"
+#include "core/files/file_output.h"
 #include "core/method/method_file.h"
 #include "core/platform/scripted_operator.h"
 #include "method/method_examples.h"

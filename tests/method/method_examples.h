@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/method/method_settings.h"
+#include "core/state/method_settings.h"
 
 // The methods behind the golden method files. Fields in declaration order: Fixed, Synch,
 // Spillover, NoColors, NoPures, ReadTime, ReadTimePures, ScanSpeed, FilterSetting, PMTVoltage,

@@ -1,4 +1,4 @@
-#include "core/datafiles/file_output.h"
+#include "core/files/file_output.h"
 
 #include <fcntl.h>
 #include <unistd.h>

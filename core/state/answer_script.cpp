@@ -1,4 +1,4 @@
-#include "core/app/answer_script.h"
+#include "core/state/answer_script.h"
 
 #include <fstream>
 #include <sstream>

@@ -1,4 +1,4 @@
-#include "core/app/file_helpers.h"
+#include "core/state/file_dialogs.h"
 
 #include <cstdio>
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "core/app/key_value_reader.h"
+#include "core/files/key_value_reader.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "core/method/colour_declaration.h"
+#include "core/state/colour_declaration.h"
 
 namespace zorvel {
 

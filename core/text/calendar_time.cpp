@@ -1,4 +1,4 @@
-#include "core/platform/calendar_time.h"
+#include "core/text/calendar_time.h"
 
 namespace zorvel {
 

@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <string>
 
-#include "core/app/preferences.h"
-#include "core/autosampler/tray_geometry.h"
-#include "core/datafiles/data_set_paths.h"
-#include "core/instruments/link_state.h"
-#include "core/method/method_settings.h"
+#include "core/state/data_set_paths.h"
+#include "core/state/link_state.h"
+#include "core/state/method_settings.h"
+#include "core/state/preferences.h"
+#include "core/state/tray_geometry.h"
 
 namespace zorvel {
 

@@ -1,4 +1,4 @@
-#include "core/datafiles/record_append.h"
+#include "core/files/record_append.h"
 
 #include <gtest/gtest.h>
 
