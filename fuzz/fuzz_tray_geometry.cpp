@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/state/tray_geometry.h"
+#include "core/autosampler/tray_geometry_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace zorvel;

@@ -10,17 +10,16 @@
 #include <QDir>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "core/app/port_map.h"
 #include "core/app/preferences_file.h"
+#include "core/autosampler/tray_geometry_file.h"
+#include "core/files/file_output.h"
 #include "core/platform/real_clock.h"
-#include "core/state/tray_geometry.h"
 #include "core/text/number_format.h"
 #include "sim/bench_file.h"
 #include "sim/pty_bridge.h"
@@ -38,11 +37,9 @@ struct SimOptions {
 };
 
 std::optional<std::string> readWholeFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return std::nullopt;
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
+  std::string text;
+  if (!ReadWholeFile(path, text)) return std::nullopt;
+  return text;
 }
 
 std::optional<SimOptions> parseOptions(const QCoreApplication& app) {
@@ -111,7 +108,7 @@ class PortsFileGuard {
   ~PortsFileGuard() {
     if (!written_ || readWholeFile(path_) != written_) return;
     if (previous_) {
-      std::ofstream(path_, std::ios::binary | std::ios::trunc) << *previous_;
+      WriteWholeFile(path_, *previous_);
     } else {
       std::filesystem::remove(path_);
     }

@@ -5,8 +5,8 @@
 
 #include "core/app/port_map.h"
 #include "core/app/preferences_file.h"
+#include "core/files/paths.h"
 #include "core/method/demo_methods.h"
-#include "core/state/file_dialogs.h"
 
 namespace zorvel {
 

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "core/state/file_dialogs.h"
+#include "core/files/paths.h"
 
 namespace zorvel {
 

@@ -6,6 +6,7 @@
 #include "core/app/startup.h"
 #include "core/datafiles/data_set_commands.h"
 #include "core/datafiles/method_summary.h"
+#include "core/files/log_line.h"
 #include "core/method/method_commands.h"
 #include "core/method/method_file.h"
 #include "core/platform/page_printer.h"
@@ -84,7 +85,7 @@ void MainPresenter::endWork() {
 }
 
 void MainPresenter::stopProgram() {
-  WriteLogEntry(state_, clock_, "Stop Program");
+  WriteLogEntry(state_.LogPath, clock_, "Stop Program");
   endWork();
   std::error_code ec;
   std::filesystem::current_path(state_.BaseDirectoryPath, ec);

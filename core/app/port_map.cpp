@@ -1,10 +1,8 @@
 #include "core/app/port_map.h"
 
 #include <cctype>
-#include <cstdio>
-#include <fstream>
-#include <sstream>
 
+#include "core/files/file_output.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {
@@ -113,22 +111,13 @@ std::string PortsFilePathBeside(const std::string& preferencesPath) {
 
 PortMap LoadPortMap(const std::vector<std::string>& commandLine, const std::string& preferencesPath,
                     std::vector<std::string>* rejected) {
-  std::ifstream in(PortsFilePathBeside(preferencesPath), std::ios::binary);
-  std::ostringstream text;
-  if (in) text << in.rdbuf();
-  return BuildPortMap(commandLine, text.str(), rejected);
+  std::string text;
+  ReadWholeFile(PortsFilePathBeside(preferencesPath), text);
+  return BuildPortMap(commandLine, text, rejected);
 }
 
 bool WritePortsFile(const std::string& path, const std::vector<PortAssignment>& assignments) {
-  const std::string temporary = path + ".new";
-  {
-    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-    const std::string bytes = FormatPortsFile(assignments);
-    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    out.flush();
-    if (!out) return false;
-  }
-  return std::rename(temporary.c_str(), path.c_str()) == 0;
+  return WriteWholeFile(path, FormatPortsFile(assignments));
 }
 
 }  // namespace zorvel

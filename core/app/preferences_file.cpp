@@ -1,11 +1,10 @@
 #include "core/app/preferences_file.h"
 
-#include <cstdio>
-#include <fstream>
-
 #include "core/app/directory_structure.h"
+#include "core/autosampler/tray_geometry_file.h"
+#include "core/files/file_output.h"
 #include "core/files/key_value_reader.h"
-#include "core/state/file_dialogs.h"
+#include "core/files/paths.h"
 
 namespace zorvel {
 
@@ -71,15 +70,7 @@ bool ReadPreferences(AppState& state, Operator& op) {
 }
 
 bool WritePreferencesFile(const std::string& path, const Preferences& prefs) {
-  const std::string temporary = path + ".new";
-  {
-    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-    if (!out) return false;
-    out << PreferencesFileText(prefs);
-    out.flush();
-    if (!out) return false;
-  }
-  return std::rename(temporary.c_str(), path.c_str()) == 0;
+  return WriteWholeFile(path, PreferencesFileText(prefs));
 }
 
 }  // namespace zorvel

@@ -7,6 +7,7 @@
 
 #include "core/app/directory_structure.h"
 #include "core/app/preferences_file.h"
+#include "core/files/paths.h"
 #include "core/state/file_dialogs.h"
 
 namespace zorvel {

@@ -1,11 +1,10 @@
 #include "core/app/startup.h"
 
-#include <fstream>
-
 #include "core/app/directory_structure.h"
 #include "core/app/preferences_file.h"
+#include "core/files/log_line.h"
+#include "core/files/paths.h"
 #include "core/method/method_defaults.h"
-#include "core/state/file_dialogs.h"
 
 namespace zorvel {
 
@@ -15,10 +14,7 @@ std::string WithTrailingSlash(const std::string& directory) {
 }
 
 bool EnsureProgramLog(const AppState& state) {
-  if (FileExists(state.LogPath)) return true;
-  std::ofstream log(state.LogPath, std::ios::binary | std::ios::app);
-  log << "ZORVEL Log File\r\n";
-  return static_cast<bool>(log);
+  return EnsureLogFile(state.LogPath, "ZORVEL Log File");
 }
 
 namespace {
@@ -63,7 +59,7 @@ bool StartUp(AppState& state, const std::string& currentDirectory, Operator& op,
   state.Flags = RunFlags{};
   state.DatabaseHeaderLines = 3;
   FillColourTables(state);
-  WriteLogEntry(state, clock, "Boot up");
+  WriteLogEntry(state.LogPath, clock, "Boot up");
   return true;
 }
 

@@ -4,7 +4,8 @@
 #include <array>
 
 #include "core/files/file_output.h"
-#include "core/state/file_dialogs.h"
+#include "core/files/log_line.h"
+#include "core/files/paths.h"
 
 namespace zorvel {
 
@@ -211,7 +212,7 @@ void WaterCellPresenter::finish(WaterCellStage stage) {
 }
 
 void WaterCellPresenter::log(const std::string& entry) {
-  WriteLogEntry(state_, clock_, entry);
+  WriteLogEntry(state_.LogPath, clock_, entry);
 }
 
 }  // namespace zorvel

@@ -4,6 +4,7 @@
 #include "core/datafiles/data_set_naming.h"
 #include "core/datafiles/last_sample_number.h"
 #include "core/files/file_output.h"
+#include "core/files/paths.h"
 #include "core/files/record_append.h"
 #include "core/method/method_codes.h"
 #include "core/method/method_commands.h"

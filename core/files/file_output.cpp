@@ -3,33 +3,22 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
+
+#include "core/files/descriptor.h"
 
 namespace zorvel {
 
 namespace {
 
-bool writeAll(int fd, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t n = ::write(fd, bytes.data(), bytes.size());
-    if (n < 0) {
-      if (errno == EINTR) continue;
-      return false;
-    }
-    bytes.remove_prefix(static_cast<std::size_t>(n));
-  }
-  return true;
-}
-
+// Opens, writes every byte, forces them to the disk and closes; true only when all succeeded.
 bool writeAndClose(const std::string& path, int openFlags, std::string_view bytes) {
-  const int fd = ::open(path.c_str(), openFlags | O_WRONLY | O_CLOEXEC, 0644);
-  if (fd < 0) return false;
-  const bool written = writeAll(fd, bytes) && ::fsync(fd) == 0;
-  const bool closed = ::close(fd) == 0;
-  return written && closed;
+  files::Descriptor file(::open(path.c_str(), openFlags | O_WRONLY | O_CLOEXEC, 0644));
+  if (!file.valid()) return false;
+  const bool written = files::WriteAll(file.get(), bytes) && ::fsync(file.get()) == 0;
+  return file.close() && written;
 }
 
 }  // namespace
@@ -44,7 +33,8 @@ bool WriteWholeFile(const std::string& path, std::string_view bytes) {
     std::remove(temporary.c_str());
     return false;
   }
-  return true;
+  // The rename is only durable once the folder that holds both names is on the disk.
+  return files::SyncFolderOf(path);
 }
 
 bool CreateTextFile(const std::string& path, std::string_view bytes) {

@@ -8,14 +8,16 @@
 // file on disk is always whole even after a crash or a power cut.
 namespace zorvel {
 
-// Writes a settings file whole: the bytes go to a temporary file beside it, which is then
-// renamed over the old file. False when the file cannot be written.
+// Writes a settings file whole: the bytes go to a temporary file beside it, forced to the disk,
+// which is then renamed over the old file, and the folder is forced to the disk after the
+// rename. A crash leaves either the old file or the new one. False when it cannot be written.
 bool WriteWholeFile(const std::string& path, std::string_view bytes);
 
 // Creates the file (emptying an existing one) with the given bytes. False on failure.
 bool CreateTextFile(const std::string& path, std::string_view bytes);
 
-// Appends one record to the file (creating it when missing), then closes it. False on failure.
+// Appends one record to the file (creating it when missing), forces it to the disk and closes
+// it. False on failure.
 bool AppendRecord(const std::string& path, std::string_view bytes);
 
 // Reads a whole file byte for byte; false when it cannot be opened.

@@ -8,42 +8,13 @@
 #include <cerrno>
 #include <string>
 
+#include "core/files/descriptor.h"
+
 namespace zorvel {
 
+using files::Descriptor;
+
 namespace {
-
-// Closes the descriptor however the function leaves.
-class Descriptor {
- public:
-  explicit Descriptor(int fd) : fd_(fd) {}
-  ~Descriptor() {
-    if (fd_ >= 0) ::close(fd_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int get() const { return fd_; }
-  // Closes now and tells whether the close itself succeeded.
-  bool close() {
-    const int fd = fd_;
-    fd_ = -1;
-    return ::close(fd) == 0;
-  }
-
- private:
-  int fd_;
-};
-
-bool writeAll(int fd, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t n = ::write(fd, bytes.data(), bytes.size());
-    if (n < 0) {
-      if (errno == EINTR) continue;
-      return false;
-    }
-    bytes.remove_prefix(static_cast<std::size_t>(n));
-  }
-  return true;
-}
 
 bool readAll(int fd, std::size_t size, std::string& bytes) {
   bytes.resize(size);
@@ -55,19 +26,6 @@ bool readAll(int fd, std::size_t size, std::string& bytes) {
     done += static_cast<std::size_t>(n);
   }
   return true;
-}
-
-std::string folderOf(const std::string& path) {
-  const std::size_t slash = path.find_last_of('/');
-  if (slash == std::string::npos) return ".";
-  if (slash == 0) return "/";
-  return path.substr(0, slash);
-}
-
-bool syncFolder(const std::string& path) {
-  Descriptor folder(::open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (folder.get() < 0) return false;
-  return ::fsync(folder.get()) == 0;
 }
 
 // Cuts a partial last line off. Only the tail is read when the file ends whole, which is the
@@ -116,10 +74,10 @@ bool AppendRecordDurably(const std::string& path, std::string_view record,
   struct stat info {};
   if (::fstat(file.get(), &info) != 0) return false;
   if (!repairTail(file.get(), static_cast<std::size_t>(info.st_size), lineEnding)) return false;
-  if (!writeAll(file.get(), record)) return false;
+  if (!files::WriteAll(file.get(), record)) return false;
   if (::fdatasync(file.get()) != 0) return false;
   if (!file.close()) return false;
-  return existed || syncFolder(path);
+  return existed || files::SyncFolderOf(path);
 }
 
 }  // namespace zorvel

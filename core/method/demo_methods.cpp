@@ -1,9 +1,9 @@
 #include "core/method/demo_methods.h"
 
 #include "core/files/file_output.h"
+#include "core/files/paths.h"
 #include "core/method/method_defaults.h"
 #include "core/method/method_file.h"
-#include "core/state/file_dialogs.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {

@@ -1,5 +1,6 @@
 #include "core/method/method_commands.h"
 
+#include "core/files/paths.h"
 #include "core/method/method_codes.h"
 #include "core/method/method_defaults.h"
 #include "core/method/method_file.h"

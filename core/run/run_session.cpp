@@ -4,8 +4,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "core/files/log_line.h"
 #include "core/run/run_prompts.h"
-#include "core/state/file_dialogs.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {
@@ -131,7 +131,7 @@ void RunSession::initialise() {
     view_.setFocus(RunButton::InitRead);
     return;
   }
-  WriteLogEntry(state_, clock_, "Lamp On");
+  WriteLogEntry(state_.LogPath, clock_, "Lamp On");
   if (BuildingDatabases || PuresPending) {
     BlankPending = true;
     PureIndex = 0;
@@ -231,7 +231,7 @@ void RunSession::quit() {
     if (answer != answer::kYes) return;
     if (state_.Method.Fixed) std::remove(state_.DataSet.FixPath.c_str());
     if (state_.Method.Synch) std::remove(state_.DataSet.SynPath.c_str());
-    WriteLogEntry(state_, clock_, "Run aborted");
+    WriteLogEntry(state_.LogPath, clock_, "Run aborted");
   }
   machine_.fire(RunEvent::Quit);
   Form_Unload();

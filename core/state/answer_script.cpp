@@ -1,7 +1,8 @@
 #include "core/state/answer_script.h"
 
-#include <fstream>
 #include <sstream>
+
+#include "core/files/file_output.h"
 
 namespace zorvel {
 
@@ -17,14 +18,12 @@ std::string trimmed(const std::string& text) {
 }  // namespace
 
 bool AnswerScript::load(const std::string& path, std::string* error) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) {
+  std::string text;
+  if (!ReadWholeFile(path, text)) {
     if (error) *error = "cannot read the answer file " + path;
     return false;
   }
-  std::ostringstream text;
-  text << in.rdbuf();
-  loadText(text.str());
+  loadText(text);
   return true;
 }
 

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "core/files/paths.h"
 #include "core/platform/scripted_operator.h"
 #include "core/platform/virtual_clock.h"
-#include "core/state/file_dialogs.h"
 #include "fake_check_views.h"
 #include "sim/fluorimeter_sim.h"
 #include "sim/scripted_peer.h"

@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include "core/autosampler/tray_geometry_file.h"
 #include "core/method/demo_methods.h"
 #include "core/method/method_defaults.h"
 #include "core/method/method_file.h"
 #include "core/platform/scripted_operator.h"
-#include "core/state/tray_geometry.h"
 #include "method/method_examples.h"
 #include "support/bytes.h"
 

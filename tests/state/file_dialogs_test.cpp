@@ -1,4 +1,5 @@
 #include "core/state/file_dialogs.h"
+#include "core/files/paths.h"
 
 #include <gtest/gtest.h>
 

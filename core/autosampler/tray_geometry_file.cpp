@@ -1,10 +1,9 @@
-#include "core/state/tray_geometry.h"
+#include "core/autosampler/tray_geometry_file.h"
 
-#include <fstream>
-#include <sstream>
 #include <string_view>
 #include <vector>
 
+#include "core/files/file_output.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {
@@ -47,11 +46,9 @@ void ParseTrayGeometry(std::string_view text, TrayGeometry& tray) {
 }
 
 bool LoadTrayGeometry(const std::string& path, TrayGeometry& tray) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return false;
-  std::ostringstream text;
-  text << in.rdbuf();
-  ParseTrayGeometry(text.str(), tray);
+  std::string text;
+  if (!ReadWholeFile(path, text)) return false;
+  ParseTrayGeometry(text, tray);
   return true;
 }
 
