@@ -9,7 +9,7 @@
 #include "core/platform/page_printer.h"
 #include "core/platform/real_clock.h"
 #include "core/platform/scripted_operator.h"
-#include "core/run/filing_check.h"
+#include "core/quality/filing_check.h"
 #include "core/run/run_controller.h"
 #include "sim/fluorimeter_sim.h"
 #include "sim/simulated_line.h"

@@ -12,7 +12,7 @@
 #include "core/files/file_output.h"
 #include "core/files/paths.h"
 #include "core/platform/real_clock.h"
-#include "core/run/quality_checks.h"
+#include "core/quality/quality_checks.h"
 #include "core/state/app_state.h"
 #include "sim/bench_file.h"
 #include "sim/demo_bench.h"

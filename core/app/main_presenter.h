@@ -10,7 +10,7 @@
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/printer.h"
-#include "core/run/quality_check.h"
+#include "core/quality/quality_check.h"
 #include "core/state/app_state.h"
 
 namespace zorvel {

@@ -1,6 +1,6 @@
 #include "core/run/run_controller.h"
 
-#include "core/run/run_session.h"
+#include "core/run/run_engine.h"
 
 namespace zorvel {
 

@@ -9,7 +9,7 @@
 #include "core/platform/operator.h"
 #include "core/platform/printer.h"
 #include "core/platform/serial_line.h"
-#include "core/run/quality_check.h"
+#include "core/quality/quality_check.h"
 #include "core/run/run_view.h"
 #include "core/state/app_state.h"
 

@@ -6,7 +6,7 @@
 #include "core/platform/page_printer.h"
 #include "core/platform/scripted_operator.h"
 #include "core/platform/virtual_clock.h"
-#include "core/run/filing_check.h"
+#include "core/quality/filing_check.h"
 #include "core/run/run_controller.h"
 #include "run/canned_fluorimeter.h"
 #include "run/recording_view.h"

@@ -5,7 +5,7 @@
 #include <array>
 
 #include "core/platform/operator.h"
-#include "core/run/alert_presenter.h"
+#include "core/quality/alert_presenter.h"
 
 class QButtonGroup;
 class QGroupBox;

@@ -7,7 +7,7 @@
 #include "core/app/main_view.h"
 #include "core/app/port_map.h"
 #include "core/checks/watercell_record.h"
-#include "core/run/quality_checks.h"
+#include "core/quality/quality_checks.h"
 #include "sim/sim_rig.h"
 
 class QAction;

@@ -20,8 +20,8 @@
 #include <algorithm>
 #include <cctype>
 
-#include "core/run/quality_checks.h"
-#include "core/run/quality_grid.h"
+#include "core/quality/quality_checks.h"
+#include "core/quality/quality_grid.h"
 #include "core/text/number_format.h"
 #include "ui/platform/instrument_worker.h"
 #include "ui/windows/run_grid.h"

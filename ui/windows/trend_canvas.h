@@ -3,7 +3,7 @@
 #include <QImage>
 #include <QWidget>
 
-#include "core/run/quality_plot.h"
+#include "core/quality/quality_plot.h"
 
 namespace zorvel::ui {
 

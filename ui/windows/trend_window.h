@@ -4,7 +4,7 @@
 #include <array>
 
 #include "core/platform/operator.h"
-#include "core/run/trend_presenter.h"
+#include "core/quality/trend_presenter.h"
 
 class QButtonGroup;
 class QLabel;

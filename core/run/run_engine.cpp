@@ -1,4 +1,4 @@
-#include "core/run/run_session.h"
+#include "core/run/run_engine.h"
 
 #include <cctype>
 #include <cmath>

@@ -1,11 +1,11 @@
-#include "core/run/trend_presenter.h"
+#include "core/quality/trend_presenter.h"
 
 #include <gtest/gtest.h>
 
 #include <sstream>
 
 #include "core/platform/scripted_operator.h"
-#include "core/run/alert_console.h"
+#include "core/quality/alert_console.h"
 
 namespace zorvel {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "core/run/quality_checks.h"
+#include "core/quality/quality_checks.h"
 
 namespace zorvel::testing {
 

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "core/platform/operator.h"
-#include "core/run/quality_plot.h"
-#include "core/run/quality_snapshot.h"
+#include "core/quality/quality_plot.h"
+#include "core/quality/quality_snapshot.h"
 
 namespace zorvel {
 

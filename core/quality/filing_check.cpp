@@ -1,4 +1,4 @@
-#include "core/run/filing_check.h"
+#include "core/quality/filing_check.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "core/run/quality_checks.h"
+#include "core/quality/quality_checks.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 
 #include "core/platform/scripted_operator.h"
 #include "core/platform/virtual_clock.h"
-#include "run/scripted_alert.h"
+#include "quality/scripted_alert.h"
 #include "support/bytes.h"
 
 namespace zorvel {

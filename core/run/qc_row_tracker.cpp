@@ -1,4 +1,4 @@
-#include "core/run/quality_grid.h"
+#include "core/quality/quality_grid.h"
 
 namespace zorvel {
 

@@ -1,4 +1,4 @@
-#include "core/run/quality_database.h"
+#include "core/quality/quality_database.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,7 @@
 #include "core/datafiles/quality_databases.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
-#include "core/run/quality_check.h"
+#include "core/quality/quality_check.h"
 #include "core/state/app_state.h"
 
 namespace zorvel {

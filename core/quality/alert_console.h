@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "core/run/quality_snapshot.h"
+#include "core/quality/quality_snapshot.h"
 #include "core/state/answer_script.h"
 
 namespace zorvel {

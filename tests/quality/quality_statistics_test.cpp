@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "core/run/quality_database.h"
+#include "core/quality/quality_database.h"
 #include "support/bytes.h"
 
 namespace zorvel {

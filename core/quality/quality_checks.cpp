@@ -1,4 +1,4 @@
-#include "core/run/quality_checks.h"
+#include "core/quality/quality_checks.h"
 
 #include <algorithm>
 #include <cmath>

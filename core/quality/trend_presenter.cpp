@@ -1,4 +1,4 @@
-#include "core/run/trend_presenter.h"
+#include "core/quality/trend_presenter.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "core/run/quality_database.h"
+#include "core/quality/quality_database.h"
 #include "core/state/colour_declaration.h"
 
 namespace zorvel {

@@ -1,4 +1,4 @@
-#include "core/run/alert_presenter.h"
+#include "core/quality/alert_presenter.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 #include <algorithm>
 
 #include "core/datafiles/record_lines.h"
+#include "core/run/run_engine.h"
 #include "core/run/run_prompts.h"
-#include "core/run/run_session.h"
 #include "core/text/number_format.h"
 
 // Reading a cuvette and the operator's decision on it.

@@ -1,7 +1,7 @@
-#include "core/run/alert_console.h"
+#include "core/quality/alert_console.h"
 
-#include "core/run/alert_presenter.h"
-#include "core/run/trend_presenter.h"
+#include "core/quality/alert_presenter.h"
+#include "core/quality/trend_presenter.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {

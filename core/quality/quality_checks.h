@@ -8,10 +8,10 @@
 #include "core/datafiles/quality_databases.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
-#include "core/run/quality_check.h"
-#include "core/run/quality_database.h"
-#include "core/run/quality_grid.h"
-#include "core/run/quality_snapshot.h"
+#include "core/quality/quality_check.h"
+#include "core/quality/quality_database.h"
+#include "core/quality/quality_grid.h"
+#include "core/quality/quality_snapshot.h"
 #include "core/state/app_state.h"
 
 namespace zorvel {

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "core/run/quality_plot.h"
-#include "core/run/quality_snapshot.h"
+#include "core/quality/quality_plot.h"
+#include "core/quality/quality_snapshot.h"
 
 namespace zorvel {
 

@@ -1,10 +1,10 @@
-#include "core/run/alert_presenter.h"
+#include "core/quality/alert_presenter.h"
 
 #include <gtest/gtest.h>
 
 #include <sstream>
 
-#include "core/run/alert_console.h"
+#include "core/quality/alert_console.h"
 
 namespace zorvel {
 namespace {
