@@ -9,7 +9,7 @@
 #include "core/method/method_file.h"
 #include "core/quality/alert_console.h"
 #include "core/quality/quality_checks.h"
-#include "core/quality/quality_grid.h"
+#include "core/run/qc_row_tracker.h"
 #include "core/run/run_controller.h"
 #include "core/run/run_launch.h"
 #include "core/text/number_format.h"
@@ -75,16 +75,17 @@ bool act(const ScriptLine& line, RunController& run, const ConsoleRunView& view,
   const bool idle = state == RunState::AwaitingInit || state == RunState::AwaitingRead;
   const RunChoices& c = view.choices();
   const bool deciding = state == RunState::AwaitingDecision;
-  const std::pair<const char*, std::pair<bool, int>> decisions[] = {{"accept", {c.accept, 1}},
-                                                                    {"reject", {c.reject, 2}},
-                                                                    {"control", {c.control, 3}},
-                                                                    {"blank", {c.blank, 4}}};
+  const std::pair<const char*, std::pair<bool, RunAction>> decisions[] = {
+      {"accept", {c.accept, RunAction::Accept}},
+      {"reject", {c.reject, RunAction::Reject}},
+      {"control", {c.control, RunAction::Control}},
+      {"blank", {c.blank, RunAction::Blank}}};
   if (line.word == "init" && state == RunState::AwaitingInit) {
-    run.OK_Click(1);
+    run.act(RunAction::Init);
   } else if (line.word == "read" && state == RunState::AwaitingRead) {
-    run.OK_Click(1);
+    run.act(RunAction::Read);
   } else if (line.word == "quit" && idle) {
-    run.OK_Click(2);
+    run.act(RunAction::Quit);
   } else if (line.word == "comment") {
     run.Comment_Change(line.argument);
   } else if (line.word == "reset-number" && idle && view.resetEnabled() &&
@@ -94,7 +95,7 @@ bool act(const ScriptLine& line, RunController& run, const ConsoleRunView& view,
   } else {
     for (const auto& [word, choice] : decisions) {
       if (line.word == word && deciding && choice.first) {
-        run.AcceptReject_Click(choice.second);
+        run.act(choice.second);
         return true;
       }
     }

@@ -28,15 +28,26 @@ std::string paletteName(int paletteIndex) {
 
 }  // namespace
 
-void ConsoleRunView::setFilenameCaption(const std::string& caption) {
-  out_ << "Data files: " << caption << "\n";
+void ConsoleRunView::layOut(const RunLayout& layout) {
+  if (layout.heads.empty()) return;
+  out_ << "Colours:";
+  for (const auto& head : layout.heads) out_ << " " << head;
+  out_ << "\n";
 }
 
-void ConsoleRunView::setGridColumns(const std::vector<std::string>& heads) {
-  if (heads.empty()) return;
-  out_ << "Colours:";
-  for (const auto& head : heads) out_ << " " << head;
-  out_ << "\n";
+// Prints what changed of what a reader of the run's output follows: the data files and the
+// time lines; keeps the choices and the reset item to check the answer file against.
+void ConsoleRunView::showScreen(const RunScreen& screen) {
+  if (screen.filenameCaption != caption_) {
+    caption_ = screen.filenameCaption;
+    out_ << "Data files: " << caption_ << "\n";
+  }
+  if (screen.timeInfo != timeInfo_) {
+    timeInfo_ = screen.timeInfo;
+    for (const auto& line : timeInfo_) out_ << line << "\n";
+  }
+  choices_ = screen.choices;
+  resetEnabled_ = screen.resetEnabled;
 }
 
 void ConsoleRunView::setMedianRow(const std::vector<std::string>& medians) {
@@ -46,20 +57,16 @@ void ConsoleRunView::setMedianRow(const std::vector<std::string>& medians) {
   out_ << "\n";
 }
 
-void ConsoleRunView::setRowLabel(int row, const std::string& label) {
-  out_ << "Row " << row << ": " << label << "\n";
-}
-
 void ConsoleRunView::setCell(int row, int column, const std::string& text) {
-  out_ << "Row " << row << " colour " << column << ": " << text << "\n";
+  if (column == 0) {
+    out_ << "Row " << row << ": " << text << "\n";
+  } else {
+    out_ << "Row " << row << " colour " << column << ": " << text << "\n";
+  }
 }
 
 void ConsoleRunView::setCellColour(int row, int column, int paletteIndex) {
   out_ << "Row " << row << " colour " << column << " shaded " << paletteName(paletteIndex) << "\n";
-}
-
-void ConsoleRunView::setTimeInfo(const std::vector<std::string>& lines) {
-  for (const auto& line : lines) out_ << line << "\n";
 }
 
 void ConsoleRunView::closeWindow() {

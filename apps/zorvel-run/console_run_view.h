@@ -18,29 +18,19 @@ class ConsoleRunView final : public RunView {
  public:
   explicit ConsoleRunView(std::ostream& out) : out_(out) {}
 
-  void layOut(bool, bool) override {}
-  void setFilenameCaption(const std::string& caption) override;
+  void layOut(const RunLayout& layout) override;
+  void showScreen(const RunScreen& screen) override;
   void clearStatus() override {}
   void showStatus(const std::string& line) override { out_ << line << "\n"; }
-  void setGridColumns(const std::vector<std::string>& heads) override;
-  void setMedianRow(const std::vector<std::string>& medians) override;
-  void setRowLabel(int row, const std::string& label) override;
   void setCell(int row, int column, const std::string& text) override;
   void setCellColour(int row, int column, int paletteIndex) override;
+  void setMedianRow(const std::vector<std::string>& medians) override;
   void showRow(int) override {}
-  void showChoices(const RunChoices& choices) override { choices_ = choices; }
-  void showComment(bool) override {}
-  void clearComment() override {}
-  void showOkFrame(bool) override {}
-  void setOkCaption(const std::string&) override {}
-  void setFocus(RunButton) override {}
-  void setResetSampEnabled(bool enabled) override { resetEnabled_ = enabled; }
-  void setKeyLegend(const std::string&) override {}
   void clearSpectra() override {}
   void setSpectraScale(double, double, double, double) override {}
   void plotPoint(double, double, int) override {}
   void setProgress(int) override {}
-  void setTimeInfo(const std::vector<std::string>& lines) override;
+  void clearComment() override {}
   void closeWindow() override;
 
   const RunChoices& choices() const { return choices_; }
@@ -50,6 +40,8 @@ class ConsoleRunView final : public RunView {
   std::ostream& out_;
   RunChoices choices_;
   bool resetEnabled_ = true;
+  std::string caption_;
+  std::vector<std::string> timeInfo_;
 };
 
 // The operator of an unattended run: the answer file's operator, except that the data set's

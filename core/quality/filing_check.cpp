@@ -18,7 +18,7 @@ constexpr int kDatabaseCapacity = 50;
 FilingCheck::FilingCheck(const AppState& state, Clock& clock, Operator& op)
     : state_(state), clock_(clock), op_(op) {}
 
-int FilingCheck::check(const CheckedReading& reading) {
+Verdict FilingCheck::check(const CheckedReading& reading) {
   const bool control = reading.kind == CheckKind::Control;
   const std::string& path = control ? state_.DataSet.CtlPath : state_.DataSet.BlkPath;
   const std::string line = DatabaseRecordLine(
@@ -29,7 +29,7 @@ int FilingCheck::check(const CheckedReading& reading) {
                 BoxIcon::Exclamation, BoxButtons::Ok);
   }
   countScanOnly(reading.kind);
-  return verdict::kKeep;
+  return Verdict::Keep;
 }
 
 void FilingCheck::countScanOnly(CheckKind kind) {

@@ -9,7 +9,7 @@
 namespace zorvel {
 
 // The control and blank check before the statistics exist: every control or blank is kept
-// (verdict 6), appended to ".CTL" or ".BLK" and counted. It also keeps the counts of a created
+// (Verdict::Keep), appended to ".CTL" or ".BLK" and counted. It also keeps the counts of a created
 // (0) or reopened set (the records in its files), so the run launch knows when the databases
 // are too small.
 class FilingCheck final : public QualityCheck, public QualityDatabases {
@@ -18,7 +18,7 @@ class FilingCheck final : public QualityCheck, public QualityDatabases {
 
   int ControlCount() const override { return controls_; }
   int BlankCount() const override { return blanks_; }
-  int check(const CheckedReading& reading) override;
+  Verdict check(const CheckedReading& reading) override;
   void countScanOnly(CheckKind kind) override;
   std::vector<std::string> medianRow(int colours) const override;
 

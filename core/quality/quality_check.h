@@ -11,12 +11,8 @@ namespace zorvel {
 
 enum class CheckKind { Control, Blank };
 
-// Verdicts, in the message-box answer codes.
-namespace verdict {
-inline constexpr int kKeep = 6;
-inline constexpr int kReadAgain = 7;
-inline constexpr int kAbort = 2;
-}  // namespace verdict
+// What the check decides about a reading, in the answer codes of the alert's buttons.
+enum class Verdict { Keep = 6, ReadAgain = 7, Abort = 2 };
 
 // One fixed reading as the check sees it.
 struct CheckedReading {
@@ -34,7 +30,7 @@ class QualityCheck {
   virtual int ControlCount() const = 0;
   virtual int BlankCount() const = 0;
   // Checks a reading and, when it is kept, appends it to its file and database.
-  virtual int check(const CheckedReading& reading) = 0;
+  virtual Verdict check(const CheckedReading& reading) = 0;
   // A scan filed as control or blank with no fixed reading beside it still counts as an entry.
   virtual void countScanOnly(CheckKind kind) = 0;
   // The grid's "Median" row: each colour's control median ("0.0"), empty when none is known.

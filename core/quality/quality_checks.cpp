@@ -47,7 +47,7 @@ int QualityChecks::BlankCount() const {
   return std::min(blanks_.count + scanOnlyBlanks_, kDatabaseCapacity);
 }
 
-int QualityChecks::check(const CheckedReading& reading) {
+Verdict QualityChecks::check(const CheckedReading& reading) {
   return reading.kind == CheckKind::Control
              ? CheckControl(reading.readings, reading.sampleNumber, reading.comment)
              : CheckBlank(reading.readings, reading.sampleNumber, reading.comment);
@@ -96,20 +96,20 @@ void QualityChecks::flag(const QcDatabase& db, std::span<const float> readings, 
   }
 }
 
-int QualityChecks::CheckControl(std::span<const float> readings, int sampleNumber,
-                                const std::string& comment) {
+Verdict QualityChecks::CheckControl(std::span<const float> readings, int sampleNumber,
+                                    const std::string& comment) {
   check_ = QcCheckState{};
   check_.cellColours.fill(colourOf(PaletteColour::White));
   if (controls_.count < 2) {
     AddControl(readings, sampleNumber, comment);
-    return check_.verdict = verdict::kKeep;
+    return check_.verdict = Verdict::Keep;
   }
   flag(controls_, readings, true);
   const bool anyFlagged =
       std::find(check_.flags.begin(), check_.flags.end(), true) != check_.flags.end();
   if (check_.alert) {
-    const int answer = ShowQcFlags(true, readings);
-    if (answer != verdict::kKeep) {
+    const Verdict answer = ShowQcFlags(true, readings);
+    if (answer != Verdict::Keep) {
       for (int i = 1; i <= colours() && grid_ != nullptr; ++i)
         grid_->paintCell(i, colourOf(PaletteColour::Yellow));
       return answer;
@@ -119,11 +119,11 @@ int QualityChecks::CheckControl(std::span<const float> readings, int sampleNumbe
     ShowQcFlags(false, readings);
   }
   AddControl(readings, sampleNumber, comment);
-  return check_.verdict = verdict::kKeep;
+  return check_.verdict = Verdict::Keep;
 }
 
-int QualityChecks::CheckBlank(std::span<const float> readings, int sampleNumber,
-                              const std::string& comment) {
+Verdict QualityChecks::CheckBlank(std::span<const float> readings, int sampleNumber,
+                                  const std::string& comment) {
   check_ = QcCheckState{};
   check_.cellColours.fill(colourOf(PaletteColour::White));
   if (blanks_.count >= 2) {
@@ -132,10 +132,10 @@ int QualityChecks::CheckBlank(std::span<const float> readings, int sampleNumber,
       ShowQcFlags(false, readings);
   }
   AddBlank(readings, sampleNumber, comment);
-  return check_.verdict = verdict::kKeep;
+  return check_.verdict = Verdict::Keep;
 }
 
-int QualityChecks::ShowQcFlags(bool withAlert, std::span<const float> readings) {
+Verdict QualityChecks::ShowQcFlags(bool withAlert, std::span<const float> readings) {
   bool anyFlagged = false;
   for (int i = 1; i <= colours(); ++i) {
     const auto at = static_cast<std::size_t>(i);
@@ -144,8 +144,8 @@ int QualityChecks::ShowQcFlags(bool withAlert, std::span<const float> readings) 
     if (grid_ != nullptr) grid_->paintCell(i, check_.cellColours[at]);
   }
   if (!withAlert || !anyFlagged) return check_.verdict;
-  check_.verdict = alert_.ask(snapshotOf(readings));
-  if (check_.verdict != verdict::kKeep && grid_ != nullptr) grid_->labelRow("NS");
+  check_.verdict = static_cast<Verdict>(alert_.ask(snapshotOf(readings)));
+  if (check_.verdict != Verdict::Keep && grid_ != nullptr) grid_->labelRow("NS");
   return check_.verdict;
 }
 

@@ -22,7 +22,7 @@ struct QcCheckState {
   std::array<bool, kMaxColours + 1> flags{};
   std::array<int, kMaxColours + 1> cellColours{};
   bool alert = false;
-  int verdict = 0;
+  Verdict verdict = Verdict::Keep;
 };
 
 // The control and blank checks over their databases. Every control or blank the run files is
@@ -45,15 +45,16 @@ class QualityChecks final : public QualityCheck, public QualityDatabases {
 
   int ControlCount() const override;
   int BlankCount() const override;
-  int check(const CheckedReading& reading) override;
+  Verdict check(const CheckedReading& reading) override;
   void countScanOnly(CheckKind kind) override;
   std::vector<std::string> medianRow(int colours) const override;
 
   void resetCounts() override;
   void load(const std::string& ctlPath, const std::string& blkPath) override;
 
-  int CheckControl(std::span<const float> readings, int sampleNumber, const std::string& comment);
-  int CheckBlank(std::span<const float> readings, int sampleNumber, const std::string& comment);
+  Verdict CheckControl(std::span<const float> readings, int sampleNumber,
+                       const std::string& comment);
+  Verdict CheckBlank(std::span<const float> readings, int sampleNumber, const std::string& comment);
 
   const QcDatabase& controls() const { return controls_; }
   const QcDatabase& blanks() const { return blanks_; }
@@ -65,7 +66,7 @@ class QualityChecks final : public QualityCheck, public QualityDatabases {
   int colours() const;
   // Flags the reading against the database's bands; true when a control raised the alert.
   void flag(const QcDatabase& db, std::span<const float> readings, bool alertRule);
-  int ShowQcFlags(bool withAlert, std::span<const float> readings);
+  Verdict ShowQcFlags(bool withAlert, std::span<const float> readings);
   void AddControl(std::span<const float> readings, int sampleNumber, const std::string& comment);
   void AddBlank(std::span<const float> readings, int sampleNumber, const std::string& comment);
   void add(QcDatabase& db, char letter, const std::string& path, std::span<const float> readings,

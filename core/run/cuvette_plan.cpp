@@ -1,7 +1,9 @@
+#include "core/run/cuvette_plan.h"
+
 #include <algorithm>
+#include <cstdio>
 
 #include "core/datafiles/record_lines.h"
-#include "core/run/run_engine.h"
 #include "core/run/run_prompts.h"
 #include "core/text/number_format.h"
 
@@ -24,57 +26,111 @@ std::string lowerName(SampleType kind) {
 
 }  // namespace
 
-bool RunSession::ReadSample(SampleType type) {
-  if (FirstRead) {
-    acquisition_.forgetSlits();
-    if (type == SampleType::Matrix) {
-      SampleNumber = 0;
-    } else if (type != SampleType::Sample || NewDataSet) {
-      SampleNumber = FirstSampleNumber - 1;
-    }
+CuvettePlan::CuvettePlan(RunEngine& engine, const RunSetup& setup)
+    : engine_(engine),
+      view_(engine.view()),
+      method_(engine.method()),
+      PuresPending(setup.PuresPending),
+      PureIndex(setup.PureIndex),
+      BuildingDatabases(setup.BuildingDatabases) {}
+
+std::vector<std::string> CuvettePlan::readyPrompt() const {
+  if (BuildingDatabases) {
+    return {prompt::Databases(engine_.checks().ControlCount(), engine_.checks().BlankCount())};
   }
-  if (!KeepNumber) ++SampleNumber;
-  KeepNumber = false;
-  const int repetitions = std::max<int>(state_.Method.Repetitions, 1);
-  for (int r = 1; r <= repetitions; ++r) {
-    const bool ok = state_.Method.Fixed ? readFixedReplicate(r == repetitions) : scanStage(type);
-    if (!ok) return false;
+  if (PuresPending) return {"Sample needed: Pure solvent blank."};
+  return {"Sample needed: Sample " + number(engine_.sampleNumber())};
+}
+
+void CuvettePlan::instrumentReady() {
+  if (BuildingDatabases || PuresPending) {
+    BlankPending = true;
+    PureIndex = 0;
   }
-  FirstRead = false;
+}
+
+bool CuvettePlan::confirmQuit() {
+  if (!PuresPending) return true;
+  const int answer = engine_.op().message(prompt::kQuitDuringPures, prompt::kQueryTitle,
+                                          BoxIcon::Question, BoxButtons::YesNo);
+  if (answer != answer::kYes) return false;
+  const AppState& state = engine_.state();
+  if (method_.Fixed) std::remove(state.DataSet.FixPath.c_str());
+  if (method_.Synch) std::remove(state.DataSet.SynPath.c_str());
+  engine_.log("Run aborted");
   return true;
 }
 
-bool RunSession::readFixedReplicate(bool lastReplicate) {
-  ++GridRow;
-  view_.showRow(viewRow());
-  view_.setRowLabel(viewRow(), number(SampleNumber));
-  view_.clearStatus();
-  if (!acquisition_.ReadFixed(readTime(), viewRow())) return false;
-  if (purePhase()) labelRow(BlankPending ? "Blank" : number(SampleNumber) + "P");
+void CuvettePlan::read() {
+  if (!engine_.machine().fire(RunEvent::Read)) return;
+  engine_.beginReading();
+  bool ok = true;
+  if (BuildingDatabases) {
+    ok = ReadSample(SampleType::Blank);
+    BlankPending = false;
+    engine_.keepNumber(true);
+    if (databasesFull()) BuildingDatabases = false;
+  } else if (PuresPending && !BlankPending) {
+    ok = ReadSample(SampleType::Pure);
+  } else if (PuresPending && BlankPending) {
+    ok = ReadSample(SampleType::Blank);
+    engine_.keepNumber(true);
+  } else {
+    ok = ReadSample(SampleType::Sample);
+  }
+  readingEnded(ok);
+}
+
+void CuvettePlan::readingEnded(bool ok) {
+  if (!engine_.readingLost(ok)) return;
+  // The link is gone: nothing was filed for this cuvette, so the same item is asked for again
+  // under the same number once the operator has seen to the instrument.
+  hideDecision();
+  engine_.keepNumber(!engine_.firstRead());
+  RepromptSample(true);
+}
+
+bool CuvettePlan::ReadSample(SampleType type) {
+  engine_.numberReading(type);
+  const int repetitions = std::max<int>(method_.Repetitions, 1);
+  for (int r = 1; r <= repetitions; ++r) {
+    const bool ok = method_.Fixed ? readFixedReplicate(r == repetitions) : scanStage(type);
+    if (!ok) return false;
+  }
+  engine_.readingCounted();
+  return true;
+}
+
+bool CuvettePlan::readFixedReplicate(bool lastReplicate) {
+  if (!engine_.readFixedRow(readTime())) return false;
+  if (purePhase()) {
+    engine_.labelRow(BlankPending ? "Blank" : number(engine_.sampleNumber()) + "P");
+  }
   if (!lastReplicate) {
-    writer_.WriteFixedRecord(SampleType::Sample, record_letter::kReplicate, content(), false);
+    engine_.writer().WriteFixedRecord(SampleType::Sample, record_letter::kReplicate,
+                                      engine_.content(), false);
     return true;
   }
   presentFixedDecision();
   return true;
 }
 
-bool RunSession::scanStage(SampleType type) {
-  stage_ = DecisionStage::Synch;
+bool CuvettePlan::scanStage(SampleType type) {
+  stage_ = Stage::Synch;
   std::string scanning = "Scanning validation sample";
   if (!BuildingDatabases) {
     scanning = "Scanning:  " + SampleTypeName(type);
     if (type == SampleType::Sample || type == SampleType::Pure || type == SampleType::Blank) {
-      scanning += " " + number(SampleNumber);
+      scanning += " " + number(engine_.sampleNumber());
     }
   }
-  if (!acquisition_.ScanSynch(state_.Method.Fixed || FirstRead, scanning)) return false;
+  if (!engine_.scan(scanning)) return false;
   presentSynchDecision();
   return true;
 }
 
-void RunSession::presentFixedDecision() {
-  stage_ = DecisionStage::Fixed;
+void CuvettePlan::presentFixedDecision() {
+  stage_ = Stage::Fixed;
   view_.clearStatus();
   if (purePhase()) {
     ShowChoices(prompt::kAcceptReject.choices);
@@ -89,49 +145,46 @@ void RunSession::presentFixedDecision() {
   view_.showStatus(decision.line);
 }
 
-void RunSession::presentSynchDecision() {
-  const prompt::Decision& decision = purePhase() || state_.Method.Fixed ? prompt::kAcceptReject
-                                     : BuildingDatabases                ? prompt::kDatabaseChoice
-                                                                        : prompt::kAllChoices;
+void CuvettePlan::presentSynchDecision() {
+  const prompt::Decision& decision = purePhase() || method_.Fixed ? prompt::kAcceptReject
+                                     : BuildingDatabases          ? prompt::kDatabaseChoice
+                                                                  : prompt::kAllChoices;
   ShowChoices(decision.choices);
   view_.showStatus(decision.line);
 }
 
-void RunSession::AcceptReject_Click(int index) {
-  if (machine_.state() != RunState::AwaitingDecision) return;
-  const bool offered[] = {offered_.accept, offered_.reject, offered_.control, offered_.blank};
-  if (index < 1 || index > 4 || !offered[index - 1]) return;
-  if (stage_ == DecisionStage::Fixed) {
-    fixedDecision(index);
+void CuvettePlan::decide(RunAction decision) {
+  if (stage_ == Stage::Fixed) {
+    fixedDecision(decision);
   } else {
-    synchDecision(index);
+    synchDecision(decision);
   }
 }
 
-void RunSession::fixedDecision(int index) {
-  if (index == 1) {
+void CuvettePlan::fixedDecision(RunAction decision) {
+  if (decision == RunAction::Accept) {
     view_.clearSpectra();
     hideDecision();
-    if (state_.Method.Synch) {
-      machine_.fire(RunEvent::Reread);
+    if (method_.Synch) {
+      engine_.machine().fire(RunEvent::Reread);
       readingEnded(scanStage(CurrentSampleType()));
       return;
     }
     FinishSample(true);
     endPuresWhenDone();
-  } else if (index == 2) {
+  } else if (decision == RunAction::Reject) {
     rejectFixed();
   } else {
-    fileFixedAsDatabase(index == 3 ? SampleType::Control : SampleType::Blank);
+    fileFixedAsDatabase(decision == RunAction::Control ? SampleType::Control : SampleType::Blank);
   }
 }
 
-void RunSession::rejectFixed() {
-  const int answer = op_.message(prompt::kRejectFixed, prompt::kQuestionTitle, BoxIcon::Question,
-                                 BoxButtons::RetryCancel);
-  labelRow("NS");
+void CuvettePlan::rejectFixed() {
+  const int answer = engine_.op().message(prompt::kRejectFixed, prompt::kQuestionTitle,
+                                          BoxIcon::Question, BoxButtons::RetryCancel);
+  engine_.labelRow("NS");
   hideDecision();
-  KeepNumber = true;
+  engine_.keepNumber(true);
   if (answer == answer::kRetry) {
     rereadAs(CurrentSampleType());
   } else {
@@ -139,19 +192,20 @@ void RunSession::rejectFixed() {
   }
 }
 
-void RunSession::fileFixedAsDatabase(SampleType kind) {
-  labelRow(SampleTypeName(kind));
-  if (state_.Method.Synch) {
+void CuvettePlan::fileFixedAsDatabase(SampleType kind) {
+  engine_.labelRow(SampleTypeName(kind));
+  if (method_.Synch) {
     classified_ = kind;
-    KeepNumber = true;
+    engine_.keepNumber(true);
     ShowChoices({});
-    machine_.fire(RunEvent::Reread);
+    engine_.machine().fire(RunEvent::Reread);
     readingEnded(scanStage(kind));
     return;
   }
-  const int verdict = writer_.WriteFixedRecord(kind, letterOf(kind), content(), true);
-  KeepNumber = true;
-  if (verdict == verdict::kReadAgain) {
+  const Verdict verdict =
+      engine_.writer().WriteFixedRecord(kind, letterOf(kind), engine_.content(), true);
+  engine_.keepNumber(true);
+  if (verdict == Verdict::ReadAgain) {
     rereadAs(SampleType::Sample);
     return;
   }
@@ -159,8 +213,8 @@ void RunSession::fileFixedAsDatabase(SampleType kind) {
   RepromptSample(false);
 }
 
-void RunSession::synchDecision(int index) {
-  if (index == 1) {
+void CuvettePlan::synchDecision(RunAction decision) {
+  if (decision == RunAction::Accept) {
     view_.clearSpectra();
     if (classified_) {
       acceptClassifiedScan();
@@ -168,130 +222,136 @@ void RunSession::synchDecision(int index) {
     }
     FinishSample(true);
     endPuresWhenDone();
-  } else if (index == 2) {
+  } else if (decision == RunAction::Reject) {
     rejectSynch();
   } else {
-    classifyScanOnly(index == 3 ? SampleType::Control : SampleType::Blank);
+    classifyScanOnly(decision == RunAction::Control ? SampleType::Control : SampleType::Blank);
   }
 }
 
-void RunSession::acceptClassifiedScan() {
+void CuvettePlan::acceptClassifiedScan() {
   const SampleType kind = *classified_;
-  int verdict = 0;
-  if (state_.Method.Fixed)
-    verdict = writer_.WriteFixedRecord(kind, letterOf(kind), content(), true);
-  writer_.WriteSynchRecord(kind, letterOf(kind), content(), true);
+  Verdict verdict = Verdict::Keep;
+  if (method_.Fixed) {
+    verdict = engine_.writer().WriteFixedRecord(kind, letterOf(kind), engine_.content(), true);
+  }
+  engine_.writer().WriteSynchRecord(kind, letterOf(kind), engine_.content(), true);
   FinishSample(false);
   classified_.reset();
-  if (verdict == verdict::kReadAgain) {
-    KeepNumber = true;
+  if (verdict == Verdict::ReadAgain) {
+    engine_.keepNumber(true);
     rereadAs(SampleType::Sample);
   }
 }
 
-void RunSession::classifyScanOnly(SampleType kind) {
-  if (state_.Method.Fixed) {
-    const int verdict = writer_.WriteFixedRecord(kind, letterOf(kind), content(), true);
-    if (verdict == verdict::kReadAgain) {
-      KeepNumber = true;
+void CuvettePlan::classifyScanOnly(SampleType kind) {
+  if (method_.Fixed) {
+    const Verdict verdict =
+        engine_.writer().WriteFixedRecord(kind, letterOf(kind), engine_.content(), true);
+    if (verdict == Verdict::ReadAgain) {
+      engine_.keepNumber(true);
       rereadAs(SampleType::Sample);
       return;
     }
   }
-  writer_.WriteSynchRecord(kind, letterOf(kind), content(), true);
+  engine_.writer().WriteSynchRecord(kind, letterOf(kind), engine_.content(), true);
   FinishSample(false);
-  if (PureIndex == state_.Method.NoPures) PuresPending = false;
-  KeepNumber = true;
+  if (PureIndex == method_.NoPures) PuresPending = false;
+  engine_.keepNumber(true);
 }
 
-void RunSession::rejectSynch() {
+void CuvettePlan::rejectSynch() {
   const std::string question =
-      prompt::RejectSynch(state_.Method.Fixed, classified_ ? lowerName(*classified_) : "");
-  const int answer =
-      op_.message(question, prompt::kQueryTitle, BoxIcon::Question, BoxButtons::RetryCancel);
+      prompt::RejectSynch(method_.Fixed, classified_ ? lowerName(*classified_) : "");
+  const int answer = engine_.op().message(question, prompt::kQueryTitle, BoxIcon::Question,
+                                          BoxButtons::RetryCancel);
   if (answer == answer::kRetry) {
     ShowChoices({});
-    machine_.fire(RunEvent::Reread);
+    engine_.machine().fire(RunEvent::Reread);
     readingEnded(scanStage(CurrentSampleType()));
     return;
   }
-  labelRow("NS");
-  KeepNumber = true;
+  engine_.labelRow("NS");
+  engine_.keepNumber(true);
   classified_.reset();
   hideDecision();
   RepromptSample(true);
 }
 
-void RunSession::rereadAs(SampleType type) {
-  machine_.fire(RunEvent::Reread);
-  view_.showOkFrame(false);
+void CuvettePlan::rereadAs(SampleType type) {
+  engine_.machine().fire(RunEvent::Reread);
+  engine_.screen().okVisible = false;
+  engine_.show();
   readingEnded(ReadSample(type));
 }
 
-void RunSession::FinishSample(bool accepted) {
-  machine_.fire(RunEvent::Decided);
+void CuvettePlan::FinishSample(bool accepted) {
+  engine_.machine().fire(RunEvent::Decided);
   if (accepted) {
     const char letter = BlankPending   ? record_letter::kBlank
                         : PuresPending ? record_letter::kPure
                                        : record_letter::kSample;
     const SampleType type = CurrentSampleType();
-    if (state_.Method.Fixed &&
-        writer_.WriteFixedRecord(type, letter, content(), false) == verdict::kReadAgain) {
-      --SampleNumber;
+    if (method_.Fixed && engine_.writer().WriteFixedRecord(type, letter, engine_.content(),
+                                                           false) == Verdict::ReadAgain) {
+      engine_.stepNumberBack();
       rereadAs(type);
       return;
     }
-    if (state_.Method.Synch) writer_.WriteSynchRecord(type, letter, content(), false);
+    if (method_.Synch) engine_.writer().WriteSynchRecord(type, letter, engine_.content(), false);
   }
-  view_.clearComment();
-  Comment_Change("");
+  engine_.clearComment();
   hideDecision();
   showReadButton();
-  resetEnabled_ = true;
-  view_.setResetSampEnabled(true);
+  engine_.setResetEnabled(true);
   view_.clearStatus();
   endBuildingWhenFull();
   promptNextItem(true);
-  view_.setFocus(RunButton::InitRead);
+  engine_.screen().focus = RunButton::InitRead;
+  engine_.show();
 }
 
-void RunSession::RepromptSample(bool /*aborted*/) {
-  machine_.fire(RunEvent::Decided);
+void CuvettePlan::RepromptSample(bool /*aborted*/) {
+  engine_.machine().fire(RunEvent::Decided);
   showReadButton();
   view_.clearStatus();
-  if (BuildingDatabases && checks_.ControlCount() >= 3 && checks_.BlankCount() >= 3) {
+  if (BuildingDatabases && databasesFull()) {
     BuildingDatabases = false;
     PureIndex = 1;
   }
   promptNextItem(false);
-  view_.setFocus(RunButton::InitRead);
+  engine_.screen().focus = RunButton::InitRead;
+  engine_.show();
 }
 
-void RunSession::endBuildingWhenFull() {
-  if (BuildingDatabases && checks_.ControlCount() >= 3 && checks_.BlankCount() >= 3) {
+bool CuvettePlan::databasesFull() const {
+  return engine_.checks().ControlCount() >= 3 && engine_.checks().BlankCount() >= 3;
+}
+
+void CuvettePlan::endBuildingWhenFull() {
+  if (BuildingDatabases && databasesFull()) {
     BuildingDatabases = false;
     PureIndex = 0;  // advanced to colour 1 by the prompt that follows
   }
 }
 
-void RunSession::endPuresWhenDone() {
+void CuvettePlan::endPuresWhenDone() {
   if (!puresFinished_) return;
   puresFinished_ = false;
   PuresPending = false;
   BlankPending = false;
-  SampleNumber = 0;
+  engine_.restartNumbering();
   PureIndex = 0;
-  resetEnabled_ = true;
-  view_.setResetSampEnabled(true);
+  engine_.setResetEnabled(true);
 }
 
-void RunSession::promptNextItem(bool advancePures) {
+void CuvettePlan::promptNextItem(bool advancePures) {
   if (PuresPending && !BuildingDatabases) {
     if (advancePures) {
       ++PureIndex;
       BlankPending = false;
     }
-    if (PureIndex > state_.Method.NoPures) {
+    if (PureIndex > method_.NoPures) {
       PuresPending = false;
       BlankPending = false;
       puresFinished_ = true;
@@ -300,7 +360,8 @@ void RunSession::promptNextItem(bool advancePures) {
       promptPure();
     }
   } else if (BuildingDatabases) {
-    view_.showStatus(prompt::Databases(checks_.ControlCount(), checks_.BlankCount()));
+    view_.showStatus(
+        prompt::Databases(engine_.checks().ControlCount(), engine_.checks().BlankCount()));
     view_.showStatus(prompt::kNewCuvette);
   } else {
     view_.showStatus(prompt::kNewCuvette);
@@ -308,59 +369,48 @@ void RunSession::promptNextItem(bool advancePures) {
   view_.showStatus(prompt::kReadOrQuit);
 }
 
-void RunSession::promptPure() {
+void CuvettePlan::promptPure() {
   if (BlankPending) {
     view_.showStatus("Insert a cuvette with pure solvent (blank) sample.");
     return;
   }
   view_.showStatus(prompt::PureColour(PureIndex));
-  if (state_.Method.Fixed && PureIndex >= 1 && PureIndex <= kMaxColours) {
-    const ColourDeclaration& pair = state_.Method.FixedPairs[static_cast<std::size_t>(PureIndex)];
+  if (method_.Fixed && PureIndex >= 1 && PureIndex <= kMaxColours) {
+    const ColourDeclaration& pair = method_.FixedPairs[static_cast<std::size_t>(PureIndex)];
     view_.showStatus(prompt::FixedWavelength(pair.ExWl, pair.EmWl));
   }
 }
 
-SampleType RunSession::CurrentSampleType() const {
+SampleType CuvettePlan::CurrentSampleType() const {
   if (BlankPending) return SampleType::Blank;
   if (PuresPending) return SampleType::Pure;
   return SampleType::Sample;
 }
 
-void RunSession::ShowChoices(const RunChoices& choices) {
-  offered_ = choices;
-  view_.showChoices(choices);
+void CuvettePlan::ShowChoices(const RunChoices& choices) {
+  engine_.screen().choices = choices;
+  engine_.show();
 }
 
-void RunSession::ShowComment(bool show) {
-  view_.showComment(show);
+void CuvettePlan::ShowComment(bool show) {
+  engine_.screen().commentVisible = show;
+  engine_.show();
 }
 
-void RunSession::hideDecision() {
-  ShowChoices({});
-  ShowComment(false);
+void CuvettePlan::hideDecision() {
+  engine_.screen().choices = {};
+  engine_.screen().commentVisible = false;
+  engine_.show();
 }
 
-void RunSession::showReadButton() {
-  okCaption_ = prompt::kReadCaption;
-  view_.setOkCaption(okCaption_);
-  view_.showOkFrame(true);
+void CuvettePlan::showReadButton() {
+  engine_.screen().okCaption = prompt::kReadCaption;
+  engine_.screen().okVisible = true;
+  engine_.show();
 }
 
-void RunSession::labelRow(const std::string& label) {
-  view_.setRowLabel(viewRow(), label);
-}
-
-RecordContent RunSession::content() const {
-  RecordContent c;
-  c.sampleNumber = SampleNumber;
-  c.readings = acquisition_.readings();
-  c.points = acquisition_.scanPoints();
-  c.comment = comment();
-  return c;
-}
-
-float RunSession::readTime() const {
-  return PuresPending ? state_.Method.ReadTimePures : state_.Method.ReadTime;
+float CuvettePlan::readTime() const {
+  return PuresPending ? method_.ReadTimePures : method_.ReadTime;
 }
 
 }  // namespace zorvel

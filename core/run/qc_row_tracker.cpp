@@ -1,4 +1,4 @@
-#include "core/quality/quality_grid.h"
+#include "core/run/qc_row_tracker.h"
 
 namespace zorvel {
 
@@ -14,16 +14,11 @@ void QcRowTracker::paintCell(int colour, int paletteIndex) {
 }
 
 void QcRowTracker::labelRow(const std::string& label) {
-  if (row_ > 0) window_.setRowLabel(row_, label);
+  if (row_ > 0) window_.setCell(row_, 0, label);
 }
 
 void QcRowTracker::showMedians(const std::vector<std::string>& medians) {
   window_.setMedianRow(medians);
-}
-
-void QcRowTracker::setRowLabel(int row, const std::string& label) {
-  if (row >= kFirstReadingRow) row_ = row;
-  window_.setRowLabel(row, label);
 }
 
 void QcRowTracker::setCell(int row, int column, const std::string& text) {

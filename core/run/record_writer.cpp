@@ -16,15 +16,15 @@ void RecordWriter::append(const std::string& path, const std::string& record) {
               BoxIcon::Exclamation, BoxButtons::Ok);
 }
 
-int RecordWriter::WriteFixedRecord(SampleType type, char letter, const RecordContent& content,
-                                   bool filed) {
+Verdict RecordWriter::WriteFixedRecord(SampleType type, char letter, const RecordContent& content,
+                                       bool filed) {
   if (filed) {
     CheckedReading reading;
     reading.kind = type == SampleType::Control ? CheckKind::Control : CheckKind::Blank;
     reading.sampleNumber = content.sampleNumber;
     reading.readings = content.readings;
     reading.comment = content.comment;
-    const int verdict = checks_.check(reading);
+    const Verdict verdict = checks_.check(reading);
     if (state_.Method.PrintResults) PrintResult(type, content);
     return verdict;
   }
@@ -32,7 +32,7 @@ int RecordWriter::WriteFixedRecord(SampleType type, char letter, const RecordCon
   append(state_.DataSet.FixPath,
          FixedRecordLine(letter, content.sampleNumber, std::nullopt, content.readings,
                          content.comment, state_.LineEnding));
-  return 0;
+  return Verdict::Keep;
 }
 
 void RecordWriter::WriteSynchRecord(SampleType type, char letter, const RecordContent& content,

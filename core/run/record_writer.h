@@ -30,8 +30,8 @@ class RecordWriter {
 
   // A reading the operator filed as a control or blank (`filed`; type Control or Blank) goes
   // to the check and returns its verdict; any other reading, the solvent blank included, is
-  // appended to ".FIX" with the letter and returns 0.
-  int WriteFixedRecord(SampleType type, char letter, const RecordContent& content, bool filed);
+  // appended to ".FIX" with the letter and is kept.
+  Verdict WriteFixedRecord(SampleType type, char letter, const RecordContent& content, bool filed);
   // A filed scan goes to ".STL" or ".SLK" (and counts in its database when no fixed reading
   // was filed beside it), any other to ".SYN".
   void WriteSynchRecord(SampleType type, char letter, const RecordContent& content, bool filed);

@@ -1,61 +1,141 @@
 #include "core/run/run_controller.h"
 
+#include <cctype>
+
+#include "core/run/cuvette_plan.h"
 #include "core/run/run_engine.h"
 
 namespace zorvel {
 
-RunController::RunController(RunServices services, const RunSetup& setup, RunView& view)
-    : session_(std::make_unique<RunSession>(services, setup, view, StopRequested, PauseRequested)) {
+namespace {
+
+bool offers(const RunChoices& choices, RunAction decision) {
+  switch (decision) {
+    case RunAction::Accept:
+      return choices.accept;
+    case RunAction::Reject:
+      return choices.reject;
+    case RunAction::Control:
+      return choices.control;
+    case RunAction::Blank:
+      return choices.blank;
+    default:
+      return false;
+  }
 }
+
+char lowered(char key) {
+  return static_cast<char>(std::tolower(static_cast<unsigned char>(key)));
+}
+
+}  // namespace
+
+RunController::RunController(RunServices services, const RunSetup& setup, RunView& view)
+    : engine_(std::make_unique<RunEngine>(services, setup, view, StopRequested, PauseRequested)),
+      plan_(std::make_unique<CuvettePlan>(*engine_, setup)) {}
 
 RunController::~RunController() = default;
 
 void RunController::setCuvetteChanger(std::function<void()> insertNext) {
-  session_->setCuvetteChanger(std::move(insertNext));
+  engine_->setCuvetteChanger(std::move(insertNext));
 }
 
 void RunController::Form_Load() {
-  session_->Form_Load();
+  engine_->Form_Load();
 }
-void RunController::OK_Click(int index) {
-  session_->OK_Click(index);
+
+void RunController::act(RunAction action) {
+  switch (action) {
+    case RunAction::Init:
+      engine_->initialise(*plan_);
+      return;
+    case RunAction::Read:
+      plan_->read();
+      return;
+    case RunAction::Quit:
+      engine_->quit(*plan_);
+      return;
+    default:
+      if (state() != RunState::AwaitingDecision) return;
+      if (offers(engine_->screen().choices, action)) plan_->decide(action);
+  }
 }
+
+void RunController::press(RunButton button) {
+  switch (button) {
+    case RunButton::InitRead:
+      act(state() == RunState::AwaitingInit ? RunAction::Init : RunAction::Read);
+      return;
+    case RunButton::Quit:
+      act(RunAction::Quit);
+      return;
+    case RunButton::Accept:
+      act(RunAction::Accept);
+      return;
+    case RunButton::Reject:
+      act(RunAction::Reject);
+      return;
+    case RunButton::Control:
+      act(RunAction::Control);
+      return;
+    case RunButton::Blank:
+      act(RunAction::Blank);
+      return;
+  }
+}
+
 void RunController::OK_KeyPress(char key) {
-  session_->OK_KeyPress(key);
+  const char k = lowered(key);
+  if (k == 'i') act(RunAction::Init);
+  if (k == 'r') act(RunAction::Read);
+  if (k == 'q') act(RunAction::Quit);
 }
-void RunController::AcceptReject_Click(int index) {
-  session_->AcceptReject_Click(index);
-}
+
 void RunController::AcceptReject_KeyPress(char key) {
-  session_->AcceptReject_KeyPress(key);
+  const struct {
+    char key;
+    RunAction decision;
+  } keys[] = {{'a', RunAction::Accept},
+              {'r', RunAction::Reject},
+              {'c', RunAction::Control},
+              {'b', RunAction::Blank}};
+  const char k = lowered(key);
+  for (const auto& entry : keys) {
+    if (entry.key == k && offers(engine_->screen().choices, entry.decision)) {
+      act(entry.decision);
+      return;
+    }
+  }
+  engine_->op().beep();
 }
+
 void RunController::ResetSamp_Click() {
-  session_->ResetSamp_Click();
+  engine_->ResetSamp_Click();
 }
-void RunController::Form_KeyDown(int keyCode) {
-  session_->Form_KeyDown(keyCode);
+void RunController::keyDown(Key key) {
+  engine_->keyDown(key);
 }
 void RunController::Comment_Change(const std::string& text) {
-  session_->Comment_Change(text);
+  engine_->Comment_Change(text);
 }
 void RunController::SetAutoHeight(bool on) {
-  session_->SetAutoHeight(on);
+  engine_->SetAutoHeight(on);
 }
 void RunController::SetVerticalScale(double yMin, double yMax) {
-  session_->SetVerticalScale(yMin, yMax);
+  engine_->SetVerticalScale(yMin, yMax);
 }
 void RunController::Form_Unload() {
-  session_->Form_Unload();
+  engine_->Form_Unload();
 }
 
 RunState RunController::state() const {
-  return session_->state();
+  return engine_->runState();
 }
 bool RunController::controlDataExist() const {
-  return session_->controlDataExist();
+  return engine_->checks().ControlCount() > 0;
 }
 int RunController::sampleNumber() const {
-  return session_->sampleNumber();
+  return engine_->sampleNumber();
 }
 
 }  // namespace zorvel

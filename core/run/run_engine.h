@@ -1,91 +1,91 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <mutex>
-#include <optional>
 #include <string>
 
 #include "core/instruments/fluorimeter_link.h"
 #include "core/run/acquisition.h"
 #include "core/run/record_writer.h"
-#include "core/run/run_controller.h"
+#include "core/run/run_plan.h"
+#include "core/run/run_services.h"
 #include "core/run/run_state_machine.h"
+#include "core/run/run_view.h"
 #include "core/run/sample_type.h"
 
 namespace zorvel {
 
-// Which reading the open decision is about.
-enum class DecisionStage { Fixed, Synch };
-
-// The run of one data set in cuvette mode: the state behind RunController.
-class RunSession {
+// The machinery every run plan shares: the declared state table, the abort and pause flags the
+// plans test at their checkpoints, the fluorimeter conversation and its acquisition, record
+// writing, sample numbering, the window's controls and what the operator types. It runs the
+// steps that do not depend on the plan (load, set-up, quit, unload) and hands the plan what
+// does.
+class RunEngine {
  public:
-  RunSession(RunServices services, const RunSetup& setup, RunView& view,
-             std::atomic<bool>& stopRequested, std::atomic<bool>& pauseRequested);
+  RunEngine(RunServices services, const RunSetup& setup, RunView& view,
+            std::atomic<bool>& stopRequested, std::atomic<bool>& pauseRequested);
 
+  // The window's calls that every plan shares.
+  void Form_Load();
+  void initialise(RunPlan& plan);
+  void quit(RunPlan& plan);
+  void Form_Unload();
+  void ResetSamp_Click();
+  void keyDown(Key key);
+  void Comment_Change(const std::string& text);
+  void SetAutoHeight(bool on) { acquisition_.setAutoHeight(on); }
+  void SetVerticalScale(double yMin, double yMax) { acquisition_.setVerticalScale(yMin, yMax); }
+
+  // What the plans use.
+  AppState& state() { return state_; }
+  const MethodSettings& method() const { return state_.Method; }
+  Operator& op() { return op_; }
+  QualityCheck& checks() { return checks_; }
+  RunView& view() { return view_; }
+  RecordWriter& writer() { return writer_; }
+  RunStateMachine& machine() { return machine_; }
+  RunState runState() const { return machine_.state(); }
+  void log(const std::string& entry);
+
+  // The controls: change `screen()`, then show it; show() forgets a focus once it is sent.
+  RunScreen& screen() { return screen_; }
+  void show();
+  // The reading is under way: no reset, no buttons, an empty plot and the next cuvette in.
+  void beginReading();
   void setCuvetteChanger(std::function<void()> insertNext) { insertNext_ = std::move(insertNext); }
 
-  void Form_Load();
-  void OK_Click(int index);
-  void OK_KeyPress(char key);
-  void AcceptReject_Click(int index);
-  void AcceptReject_KeyPress(char key);
-  void ResetSamp_Click();
-  void Form_KeyDown(int keyCode);
-  void Comment_Change(const std::string& text);
-  void SetAutoHeight(bool on);
-  void SetVerticalScale(double yMin, double yMax);
-  void Form_Unload();
-
-  RunState state() const { return machine_.state(); }
+  // Numbering. A run's first reading starts it: a matrix at 0, anything but a sample of an
+  // appended set just below the starting number. Every reading then counts on unless the number
+  // is kept (a reading read again, a database entry, a blank before its pures).
+  void numberReading(SampleType type);
+  void readingCounted() { FirstRead = false; }
+  bool firstRead() const { return FirstRead; }
+  void keepNumber(bool keep) { KeepNumber = keep; }
   int sampleNumber() const { return SampleNumber; }
-  bool controlDataExist() const { return checks_.ControlCount() > 0; }
+  void stepNumberBack() { --SampleNumber; }
+  void restartNumbering() { SampleNumber = 0; }
+  void setResetEnabled(bool enabled);
+
+  // One fixed reading into the next grid row, labelled with the sample number.
+  bool readFixedRow(float readTimeS);
+  // The synchronous scan, the instrument set up for it on the first reading or beside a fixed one.
+  bool scan(const std::string& title);
+  void labelRow(const std::string& label);
+  void clearSpectra() { view_.clearSpectra(); }
+  // The reading as it stands, for a record.
+  RecordContent content() const;
+  // Empties the comment once its reading is filed.
+  void clearComment();
+
+  // The reading is in (true) or the conversation ended. On a halted link the window closes;
+  // otherwise the run awaits a read again and true comes back: the plan asks for the item anew.
+  bool readingLost(bool ok);
 
  private:
-  // Instrument set-up and the two OK buttons.
-  void initialise();
-  bool SetUpInstrument();
-  void readCuvette();
-  void quit();
-
-  // Numbering, then the replicates; false when the instrument link ended.
-  bool ReadSample(SampleType type);
-  bool readFixedReplicate(bool lastReplicate);
-  bool scanStage(SampleType type);
-  void presentFixedDecision();
-  void presentSynchDecision();
-  // The reading is in: wait for the operator, or give up on a lost link.
-  void readingEnded(bool ok);
-
-  // The decisions.
-  void fixedDecision(int index);
-  void synchDecision(int index);
-  void rejectFixed();
-  void rejectSynch();
-  void fileFixedAsDatabase(SampleType kind);
-  void acceptClassifiedScan();
-  void classifyScanOnly(SampleType kind);
-  void FinishSample(bool accepted);
-  void RepromptSample(bool aborted);
-  void endPuresWhenDone();
-  void rereadAs(SampleType type);
-
-  // Prompts and display helpers.
-  SampleType CurrentSampleType() const;
-  bool purePhase() const { return PuresPending && !BuildingDatabases; }
-  void endBuildingWhenFull();
-  void promptNextItem(bool advancePures);
-  void promptPure();
-  void promptDatabases();
-  void ShowChoices(const RunChoices& choices);
-  void ShowComment(bool show);
-  void hideDecision();
-  void showReadButton();
-  void labelRow(const std::string& label);
-  RecordContent content() const;
-  float readTime() const;
-  int viewRow() const { return GridRow + 1; }
+  bool SetUpInstrument(const RunPlan& plan);
   std::string comment() const;
+  int viewRow() const { return GridRow + 1; }
 
   AppState& state_;
   Operator& op_;
@@ -101,27 +101,17 @@ class RunSession {
   RecordWriter writer_;
   RunStateMachine machine_;
   std::function<void()> insertNext_;
+  RunScreen screen_;
 
-  // The run's own variables, named as the operator's procedures know them.
+  // Numbering, named as the operator's procedures know it.
   bool NewDataSet;
   int SampleNumber;
   int FirstSampleNumber;
   bool FirstRead = true;
   bool KeepNumber = false;
-  bool PuresPending;
-  bool BlankPending = false;
-  int PureIndex;
-  bool BuildingDatabases;
   int GridRow = 1;
   bool runStartRecorded_ = false;
   double runStartS_ = 0;
-
-  DecisionStage stage_ = DecisionStage::Fixed;
-  std::optional<SampleType> classified_;
-  RunChoices offered_;
-  std::string okCaption_;
-  bool resetEnabled_ = true;
-  bool puresFinished_ = false;
   bool unloaded_ = false;
 
   mutable std::mutex typedMutex_;

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "core/run/run_view.h"
+#include "core/run/run_types.h"
 
 // The run window's own texts: captions, prompts and questions.
 namespace zorvel::prompt {

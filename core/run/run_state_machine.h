@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-#include "core/run/run_controller.h"
+#include "core/run/run_types.h"
 
 // The run window's states and the moves between them, declared once as a table so that a
 // handler can only move the run where the table allows.

@@ -84,7 +84,7 @@ class TwoControls final : public QualityCheck {
  public:
   int ControlCount() const override { return 2; }
   int BlankCount() const override { return 0; }
-  int check(const CheckedReading&) override { return verdict::kKeep; }
+  Verdict check(const CheckedReading&) override { return Verdict::Keep; }
   void countScanOnly(CheckKind) override {}
   std::vector<std::string> medianRow(int colours) const override {
     return std::vector<std::string>(static_cast<std::size_t>(colours), "11.5");

@@ -36,15 +36,16 @@ struct Checks {
     state.DataSet.BlkPath = dir + "RUN.BLK";
     checks.attachGrid(&grid);
   }
+  // The verdict in the answer codes of the alert's buttons (6 keep, 7 read again, 2 abort).
   int control(float a, float b, int number = 1) {
     grid = PaintedGrid{};
     const std::vector<float> r{a, b};
-    return checks.check({CheckKind::Control, number, r, ""});
+    return static_cast<int>(checks.check({CheckKind::Control, number, r, ""}));
   }
   int blank(float a, float b) {
     grid = PaintedGrid{};
     const std::vector<float> r{a, b};
-    return checks.check({CheckKind::Blank, 1, r, ""});
+    return static_cast<int>(checks.check({CheckKind::Blank, 1, r, ""}));
   }
 
   AppState state;

@@ -14,7 +14,7 @@ constexpr const char* kReadOrQuit = "[R]ead Sample or [Q]uit.";
 
 // Presses Read and checks the prompt the reading ends with.
 void read(RunFixture& run, const std::string& expectedPrompt) {
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   EXPECT_EQ(RunState::AwaitingDecision, run.controller->state());
   EXPECT_EQ(expectedPrompt, run.view.prompt());
 }
@@ -45,7 +45,7 @@ TEST(CuvetteRun, FixedReadingsFromSolventBlankThroughPuresToSamplesControlsAndBl
 
   read(run, "[A]ccept/[R]eject");
   EXPECT_EQ("1P", run.view.rowLabels[4]);
-  run.controller->AcceptReject_Click(1);
+  run.controller->act(RunAction::Accept);
   EXPECT_EQ(
       std::string("Insert a cuvette with pure sample for color 2.|Fixed wavelength (520/540)|") +
           kReadOrQuit,
@@ -58,14 +58,14 @@ TEST(CuvetteRun, FixedReadingsFromSolventBlankThroughPuresToSamplesControlsAndBl
   EXPECT_EQ("NS", run.view.rowLabels[5]);
   EXPECT_EQ("2P", run.view.rowLabels[6]);
   EXPECT_EQ(RunState::AwaitingDecision, run.controller->state());
-  run.controller->AcceptReject_Click(1);
+  run.controller->act(RunAction::Accept);
   EXPECT_EQ(
       std::string("Insert a cuvette with pure sample for color 3.|Fixed wavelength (618/640)|") +
           kReadOrQuit,
       run.view.prompt());
 
   read(run, "[A]ccept/[R]eject");
-  run.controller->AcceptReject_Click(1);
+  run.controller->act(RunAction::Accept);
   EXPECT_EQ(std::string("Waiting For New Cuvette.|") + kReadOrQuit, run.view.prompt());
   EXPECT_TRUE(run.view.resetEnabled);
 
@@ -74,18 +74,18 @@ TEST(CuvetteRun, FixedReadingsFromSolventBlankThroughPuresToSamplesControlsAndBl
   EXPECT_TRUE(run.view.commentVisible);
   EXPECT_EQ("1", run.view.rowLabels[8]);
   run.controller->Comment_Change("  cloudy  ");
-  run.controller->AcceptReject_Click(1);
+  run.controller->act(RunAction::Accept);
   EXPECT_FALSE(run.view.commentVisible);
 
   // Rejected and cancelled: asked for again, and the next cuvette keeps the number.
   read(run, decide);
   run.op.answerNext(answer::kCancel);
-  run.controller->AcceptReject_Click(2);
+  run.controller->act(RunAction::Reject);
   EXPECT_EQ("NS", run.view.rowLabels[9]);
   EXPECT_EQ(std::string("Waiting For New Cuvette.|") + kReadOrQuit, run.view.prompt());
   read(run, decide);
   EXPECT_EQ("2", run.view.rowLabels[10]);
-  run.controller->AcceptReject_Click(1);
+  run.controller->act(RunAction::Accept);
 
   read(run, decide);
   run.controller->AcceptReject_KeyPress('c');
@@ -97,7 +97,7 @@ TEST(CuvetteRun, FixedReadingsFromSolventBlankThroughPuresToSamplesControlsAndBl
   EXPECT_EQ(1, run.checks.BlankCount());
   read(run, decide);
   EXPECT_EQ("3", run.view.rowLabels[13]);
-  run.controller->AcceptReject_Click(1);
+  run.controller->act(RunAction::Accept);
 
   run.controller->OK_KeyPress('q');
   // Only the two rejects asked anything; no pures were pending at Quit.

@@ -6,6 +6,7 @@
 #include "core/platform/scripted_operator.h"
 #include "core/platform/virtual_clock.h"
 #include "core/quality/quality_checks.h"
+#include "core/run/qc_row_tracker.h"
 #include "core/run/run_controller.h"
 #include "quality/scripted_alert.h"
 #include "run/canned_fluorimeter.h"
@@ -56,10 +57,11 @@ struct CheckedRun {
     controller->setCuvetteChanger([this] { instrument.nextCuvette(); });
     controller->Form_Load();
   }
+  // choice: 3 control, 4 blank, as AR_Frame numbers its buttons.
   void readAndFile(int choice) {
-    controller->OK_Click(1);
+    controller->press(RunButton::InitRead);
     ASSERT_EQ(RunState::AwaitingDecision, controller->state());
-    controller->AcceptReject_Click(choice);
+    controller->act(choice == 3 ? RunAction::Control : RunAction::Blank);
   }
 
   AppState state;
@@ -83,7 +85,7 @@ int lines(const std::string& text) {
 
 TEST(QualityRun, BuildsTheDatabasesThenRereadsARefusedControlAndKeepsIt) {
   CheckedRun run;
-  run.controller->OK_Click(1);  // Init
+  run.controller->press(RunButton::InitRead);  // Init
   for (int k = 0; k < 3; ++k) {
     run.readAndFile(3);  // control: cuvettes 1, 3, 5
     run.readAndFile(4);  // blank: cuvettes 2, 4, 6
@@ -111,7 +113,7 @@ TEST(QualityRun, BuildsTheDatabasesThenRereadsARefusedControlAndKeepsIt) {
   EXPECT_EQ(3, run.checks.ControlCount());
 
   // Filed again and kept: light red cells, one more record.
-  run.controller->AcceptReject_Click(3);
+  run.controller->act(RunAction::Control);
   EXPECT_EQ(2, run.alert.asked());
   EXPECT_EQ(12, (run.spy.cells[{run.tracker.currentRow(), 1}]));
   EXPECT_EQ(4, run.checks.ControlCount());

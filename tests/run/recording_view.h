@@ -11,36 +11,39 @@ namespace zorvel::testing {
 // The run window of the tests: keeps what is on show, and every status line ever shown.
 class RecordingView final : public RunView {
  public:
-  void layOut(bool, bool) override {}
-  void setFilenameCaption(const std::string& c) override { caption = c; }
+  void layOut(const RunLayout& layout) override { heads = layout.heads; }
+  void showScreen(const RunScreen& screen) override {
+    caption = screen.filenameCaption;
+    okCaption = screen.okCaption;
+    okVisible = screen.okVisible;
+    choices = screen.choices;
+    commentVisible = screen.commentVisible;
+    resetEnabled = screen.resetEnabled;
+    legend = screen.keyLegend;
+  }
   void clearStatus() override { status.clear(); }
   void showStatus(const std::string& line) override {
     status.push_back(line);
     statusLog.push_back(line);
   }
-  void setGridColumns(const std::vector<std::string>& h) override { heads = h; }
-  void setMedianRow(const std::vector<std::string>&) override {}
-  void setRowLabel(int row, const std::string& label) override { rowLabels[row] = label; }
+  // Column 0 holds the row labels.
   void setCell(int row, int column, const std::string& text) override {
-    cells[{row, column}] = text;
+    if (column == 0) {
+      rowLabels[row] = text;
+    } else {
+      cells[{row, column}] = text;
+    }
   }
   void setCellColour(int, int, int) override {}
+  void setMedianRow(const std::vector<std::string>&) override {}
   void showRow(int row) override { lastRow = row; }
-  void showChoices(const RunChoices& c) override { choices = c; }
-  void showComment(bool visible) override { commentVisible = visible; }
-  void clearComment() override { ++commentClears; }
-  void showOkFrame(bool visible) override { okVisible = visible; }
-  void setOkCaption(const std::string& c) override { okCaption = c; }
-  void setFocus(RunButton) override {}
-  void setResetSampEnabled(bool enabled) override { resetEnabled = enabled; }
-  void setKeyLegend(const std::string& text) override { legend = text; }
   void clearSpectra() override { plotted.clear(); }
   void setSpectraScale(double, double, double, double yMax) override { scaleMax = yMax; }
   void plotPoint(double x, double value, int paletteIndex) override {
     plotted.push_back({x, value, paletteIndex});
   }
   void setProgress(int percent) override { progress = percent; }
-  void setTimeInfo(const std::vector<std::string>&) override {}
+  void clearComment() override { ++commentClears; }
   void closeWindow() override { closed = true; }
 
   // The prompt on show, its lines joined by "|".

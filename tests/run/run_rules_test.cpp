@@ -19,35 +19,35 @@ TEST(CuvetteRun, ReplicatesAreFiledAsTheyAreReadAndPrinted) {
   MethodSettings method = ThreeColourMethod(true, false, 3);
   method.PrintResults = true;
   RunFixture run(method);
-  run.controller->OK_Click(1);
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
+  run.controller->press(RunButton::InitRead);
   // The first two replicates are on disk before the operator decides.
   const std::string beforeDecision = run.file(run.state.DataSet.FixPath);
   EXPECT_EQ(2, std::count(beforeDecision.begin(), beforeDecision.end(), '\n'));
   EXPECT_EQ(0u, beforeDecision.find("R1\t101.000"));
   run.controller->Comment_Change("clear");
-  run.controller->AcceptReject_Click(1);
+  run.controller->act(RunAction::Accept);
   EXPECT_SAME_BYTES(readGolden("run/replicates.FIX"), run.file(run.state.DataSet.FixPath));
   EXPECT_EQ(
       "1         101.0  102.0  103.0\n"
       "1         104.0  105.0  106.0\n"
       "1         107.0  108.0  109.0 ***\n",
       run.printer.currentText());
-  run.controller->OK_Click(2);
+  run.controller->act(RunAction::Quit);
   EXPECT_EQ(1u, run.printer.documents.size());
 }
 
 TEST(CuvetteRun, QuittingDuringThePuresDeletesTheRunsFilesOnlyAfterYes) {
   RunFixture run(ThreeColourMethod(true, true), WithPures());
-  run.controller->OK_Click(1);
-  run.controller->OK_Click(1);
-  run.controller->AcceptReject_Click(1);
-  run.controller->AcceptReject_Click(1);
+  run.controller->press(RunButton::InitRead);
+  run.controller->press(RunButton::InitRead);
+  run.controller->act(RunAction::Accept);
+  run.controller->act(RunAction::Accept);
   ASSERT_NE("", run.file(run.state.DataSet.FixPath));
   ASSERT_NE("", run.file(run.state.DataSet.SynPath));
 
   run.op.answerNext(answer::kNo);
-  run.controller->OK_Click(2);
+  run.controller->act(RunAction::Quit);
   EXPECT_EQ(RunState::AwaitingRead, run.controller->state());
   EXPECT_NE("", run.file(run.state.DataSet.FixPath));
   const MessageBoxRequest box = run.op.messages().back();
@@ -74,17 +74,17 @@ TEST(CuvetteRun, ResetNumberAppliesToTheNextReading) {
   EXPECT_EQ("Current sample number is 0.  Please enter new sample number.",
             run.op.shown.back().box.text);
   EXPECT_EQ("Sample Number Reset", run.op.shown.back().box.title);
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   // No reset while the instrument is being set up or a reading is under way.
   EXPECT_FALSE(run.view.resetEnabled);
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   EXPECT_EQ("100", run.view.rowLabels[3]);
-  run.controller->AcceptReject_Click(1);
+  run.controller->act(RunAction::Accept);
   run.op.typeNext("7");
   run.controller->ResetSamp_Click();
   run.op.typeNext("");  // cancelled: nothing changes
   run.controller->ResetSamp_Click();
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   EXPECT_EQ("7", run.view.rowLabels[4]);
 }
 
@@ -107,15 +107,15 @@ TEST(CuvetteRun, DatabaseBuildingEndsWhenBothCountsReachThreeThenPuresStartAtCol
   RunSetup setup = WithPures();
   setup.BuildingDatabases = true;
   RunFixture run(ThreeColourMethod(true, false), setup);
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   EXPECT_EQ(
       "Analysis Configuration Complete|Building Control [0] and Blank [0] Databases|[R]ead "
       "Sample or [Q]uit",
       run.view.prompt());
   for (int k = 0; k < 6; ++k) {
-    run.controller->OK_Click(1);
+    run.controller->press(RunButton::InitRead);
     EXPECT_EQ("Enter Comments NOW if needed|[R]eject/[C]ontrol/[B]lank", run.view.prompt());
-    run.controller->AcceptReject_Click(k < 3 ? 3 : 4);
+    run.controller->act(k < 3 ? RunAction::Control : RunAction::Blank);
     if (k < 5) {
       EXPECT_EQ("Building Control [" + std::to_string(std::min(k + 1, 3)) + "] and Blank [" +
                     std::to_string(std::max(k - 2, 0)) +
@@ -127,7 +127,7 @@ TEST(CuvetteRun, DatabaseBuildingEndsWhenBothCountsReachThreeThenPuresStartAtCol
       "Insert a cuvette with pure sample for color 1.|Fixed wavelength (493/515)|[R]ead Sample or "
       "[Q]uit.",
       run.view.prompt());
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   EXPECT_EQ("[A]ccept/[R]eject", run.view.prompt());
 }
 
@@ -156,8 +156,8 @@ TEST(CuvetteRun, CommandTranscriptOverTheSimulatedFluorimeter) {
   testing::RecordingView view;
   RunController run(RunServices{state, op, clock, printer, line, checks}, RunSetup{}, view);
   run.Form_Load();
-  run.OK_Click(1);
-  run.OK_Click(1);
+  run.press(RunButton::InitRead);
+  run.press(RunButton::InitRead);
   const std::vector<std::string> expected = {
       "$RE 0",   "$PH 0",           "$ES 0",   "$FW 7",   "$PV 820",         "$SS 240", "$SX 5.0",
       "$SM 5.0", "$GM 520.0,540.0", "$RD 1.0", "$RD 1.0", "$GM 493.0,515.0", "$RD 1.0"};
@@ -190,15 +190,15 @@ TEST(CuvetteRun, StatusTimeOutsCountAcrossTheWholeSetUp) {
   {
     SimulatedRun one;
     one.instrument.silenceNextCommands(1);
-    one.run.OK_Click(1);
+    one.run.press(RunButton::InitRead);
     EXPECT_EQ(RunState::AwaitingRead, one.run.state());
     EXPECT_EQ(1, one.state.Links.LinkTimeoutCount);  // left for the next command to see
-    one.run.OK_Click(1);
+    one.run.press(RunButton::InitRead);
     EXPECT_EQ(0, one.state.Links.LinkTimeoutCount);  // each reading command starts afresh
   }
   SimulatedRun two;
   two.instrument.silenceNextCommands(2);
-  two.run.OK_Click(1);
+  two.run.press(RunButton::InitRead);
   EXPECT_TRUE(two.op.ended);
   EXPECT_EQ(RunState::Closed, two.run.state());
   EXPECT_TRUE(two.view.closed);

@@ -13,15 +13,17 @@ using testing::WithPures;
 constexpr const char* kAcceptReject = "[A]ccept/[R]eject";
 
 void decide(RunFixture& run, int index) {
-  run.controller->AcceptReject_Click(index);
+  const RunAction decisions[] = {RunAction::Accept, RunAction::Reject, RunAction::Control,
+                                 RunAction::Blank};
+  run.controller->act(decisions[index - 1]);
 }
 
 TEST(CuvetteRun, SynchronousScansOnlyFileSamplesPuresControlsAndBlanks) {
   RunFixture run(ThreeColourMethod(false, true), WithPures());
   EXPECT_EQ("LIVER.SYN", run.view.caption);
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
 
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   EXPECT_EQ(std::string("Maximum Synch Value: 15.000|") + kAcceptReject, run.view.prompt());
   // Five points from 400 to 402 nm, plotted in the band of 385-415 nm.
   ASSERT_EQ(5u, run.view.plotted.size());
@@ -29,12 +31,12 @@ TEST(CuvetteRun, SynchronousScansOnlyFileSamplesPuresControlsAndBlanks) {
   EXPECT_EQ(15.0, run.view.plotted.back().value);
   EXPECT_EQ(100, run.view.progress);
   decide(run, 1);
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   decide(run, 1);
 
   // A "no point" marker in the stream is no point; a rejected scan is scanned again.
   run.instrument.noPointBefore = 2;
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   EXPECT_EQ(5u, run.view.plotted.size());
   run.op.answerNext(answer::kRetry);
   decide(run, 2);
@@ -43,26 +45,26 @@ TEST(CuvetteRun, SynchronousScansOnlyFileSamplesPuresControlsAndBlanks) {
   EXPECT_EQ("ZORVEL QUERY", run.op.messages().back().title);
   decide(run, 1);
   run.instrument.noPointBefore = 0;
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   decide(run, 1);
   EXPECT_EQ("Waiting For New Cuvette.|[R]ead Sample or [Q]uit.", run.view.prompt());
 
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   EXPECT_EQ("Maximum Synch Value: 55.000|[A]ccept/[R]eject/[C]ontrol/[B]lank", run.view.prompt());
   decide(run, 1);
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   decide(run, 3);
   EXPECT_EQ(1, run.checks.ControlCount());
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   decide(run, 4);
   EXPECT_EQ(1, run.checks.BlankCount());
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   run.op.answerNext(answer::kCancel);
   decide(run, 2);
   EXPECT_EQ(RunState::AwaitingRead, run.controller->state());
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   decide(run, 1);
-  run.controller->OK_Click(2);
+  run.controller->act(RunAction::Quit);
 
   EXPECT_SAME_BYTES(readGolden("run/synch.SYN"), run.file(run.state.DataSet.SynPath));
   EXPECT_SAME_BYTES(readGolden("run/synch.STL"), run.file(run.state.DataSet.StlPath));
@@ -74,9 +76,9 @@ TEST(CuvetteRun, SynchronousScansOnlyFileSamplesPuresControlsAndBlanks) {
 TEST(CuvetteRun, FixedReadingThenScanOfTheSameCuvette) {
   RunFixture run(ThreeColourMethod(true, true), WithPures());
   EXPECT_EQ("LIVER.FIX/LIVER.SYN", run.view.caption);
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   for (int pure = 0; pure <= 3; ++pure) {
-    run.controller->OK_Click(1);
+    run.controller->press(RunButton::InitRead);
     EXPECT_EQ(kAcceptReject, run.view.prompt());
     decide(run, 1);
     EXPECT_EQ(
@@ -106,13 +108,13 @@ TEST(CuvetteRun, FixedReadingThenScanOfTheSameCuvette) {
     }
   }
 
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   run.controller->Comment_Change("hazy");
   decide(run, 1);
   decide(run, 1);
 
   // A control: its scan is asked about as a control, read again, then both parts filed.
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   decide(run, 3);
   EXPECT_EQ(std::string("Maximum Synch Value: 65.000|") + kAcceptReject, run.view.prompt());
   run.op.answerNext(answer::kRetry);
@@ -122,20 +124,20 @@ TEST(CuvetteRun, FixedReadingThenScanOfTheSameCuvette) {
       "read?  RETRY rereads, CANCEL aborts.",
       run.op.messages().back().text);
   decide(run, 1);
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   decide(run, 4);
   decide(run, 1);
   EXPECT_EQ(1, run.checks.ControlCount());
   EXPECT_EQ(1, run.checks.BlankCount());
 
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   decide(run, 1);
   run.op.answerNext(answer::kCancel);
   decide(run, 2);
-  run.controller->OK_Click(1);
+  run.controller->press(RunButton::InitRead);
   decide(run, 1);
   decide(run, 1);
-  run.controller->OK_Click(2);
+  run.controller->act(RunAction::Quit);
 
   for (const char* ext : {"FIX", "SYN", "CTL", "BLK", "STL", "SLK"}) {
     SCOPED_TRACE(ext);

@@ -109,31 +109,21 @@ TEST(RunGrid, RowsFollowTheRunsNumberingGrowAndScrollToTheNewest) {
 // Records the order and thread of the calls that reach it.
 class RecordingView final : public RunView {
  public:
-  void layOut(bool, bool) override {}
-  void setFilenameCaption(const std::string&) override {}
+  void layOut(const RunLayout&) override {}
+  void showScreen(const RunScreen&) override {}
   void clearStatus() override { note("clear"); }
   void showStatus(const std::string& line) override { note(line); }
-  void setGridColumns(const std::vector<std::string>&) override {}
-  void setMedianRow(const std::vector<std::string>&) override {}
-  void setRowLabel(int, const std::string&) override {}
   void setCell(int row, int column, const std::string& text) override {
     note(std::to_string(row) + "," + std::to_string(column) + "=" + text);
   }
   void setCellColour(int, int, int) override {}
+  void setMedianRow(const std::vector<std::string>&) override {}
   void showRow(int) override {}
-  void showChoices(const RunChoices&) override {}
-  void showComment(bool) override {}
-  void clearComment() override {}
-  void showOkFrame(bool) override {}
-  void setOkCaption(const std::string&) override {}
-  void setFocus(RunButton) override {}
-  void setResetSampEnabled(bool) override {}
-  void setKeyLegend(const std::string&) override {}
   void clearSpectra() override {}
   void setSpectraScale(double, double, double, double) override {}
   void plotPoint(double, double, int) override { note("point"); }
   void setProgress(int) override {}
-  void setTimeInfo(const std::vector<std::string>&) override {}
+  void clearComment() override {}
   void closeWindow() override { note("close"); }
 
   std::vector<std::string> calls;

@@ -272,7 +272,7 @@ TEST(RunWindow, AFarControlIsRefusedThenKeptAndTheChecksLetGoOfTheGridWhenItClos
   EXPECT_EQ(run.closedWithControls, 1);
   // A check after the window has gone paints nothing: the grid it painted is no more.
   alert.answers = {6};
-  EXPECT_EQ(run.qc->CheckControl(std::vector<float>{5000, 5000}, 2, ""), verdict::kKeep);
+  EXPECT_EQ(run.qc->CheckControl(std::vector<float>{5000, 5000}, 2, ""), Verdict::Keep);
 }
 
 }  // namespace

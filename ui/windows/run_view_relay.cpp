@@ -18,11 +18,11 @@ void RunViewRelay::deliver(std::function<void(RunView&)> call) {
       window, [target, call = std::move(call)] { call(*target); }, Qt::QueuedConnection);
 }
 
-void RunViewRelay::layOut(bool fixed, bool synch) {
-  deliver([=](RunView& v) { v.layOut(fixed, synch); });
+void RunViewRelay::layOut(const RunLayout& layout) {
+  deliver([=](RunView& v) { v.layOut(layout); });
 }
-void RunViewRelay::setFilenameCaption(const std::string& caption) {
-  deliver([=](RunView& v) { v.setFilenameCaption(caption); });
+void RunViewRelay::showScreen(const RunScreen& screen) {
+  deliver([=](RunView& v) { v.showScreen(screen); });
 }
 void RunViewRelay::clearStatus() {
   deliver([](RunView& v) { v.clearStatus(); });
@@ -30,47 +30,17 @@ void RunViewRelay::clearStatus() {
 void RunViewRelay::showStatus(const std::string& line) {
   deliver([=](RunView& v) { v.showStatus(line); });
 }
-void RunViewRelay::setGridColumns(const std::vector<std::string>& heads) {
-  deliver([=](RunView& v) { v.setGridColumns(heads); });
-}
-void RunViewRelay::setMedianRow(const std::vector<std::string>& medians) {
-  deliver([=](RunView& v) { v.setMedianRow(medians); });
-}
-void RunViewRelay::setRowLabel(int row, const std::string& label) {
-  deliver([=](RunView& v) { v.setRowLabel(row, label); });
-}
 void RunViewRelay::setCell(int row, int column, const std::string& text) {
   deliver([=](RunView& v) { v.setCell(row, column, text); });
 }
 void RunViewRelay::setCellColour(int row, int column, int paletteIndex) {
   deliver([=](RunView& v) { v.setCellColour(row, column, paletteIndex); });
 }
+void RunViewRelay::setMedianRow(const std::vector<std::string>& medians) {
+  deliver([=](RunView& v) { v.setMedianRow(medians); });
+}
 void RunViewRelay::showRow(int row) {
   deliver([=](RunView& v) { v.showRow(row); });
-}
-void RunViewRelay::showChoices(const RunChoices& choices) {
-  deliver([=](RunView& v) { v.showChoices(choices); });
-}
-void RunViewRelay::showComment(bool visible) {
-  deliver([=](RunView& v) { v.showComment(visible); });
-}
-void RunViewRelay::clearComment() {
-  deliver([](RunView& v) { v.clearComment(); });
-}
-void RunViewRelay::showOkFrame(bool visible) {
-  deliver([=](RunView& v) { v.showOkFrame(visible); });
-}
-void RunViewRelay::setOkCaption(const std::string& caption) {
-  deliver([=](RunView& v) { v.setOkCaption(caption); });
-}
-void RunViewRelay::setFocus(RunButton button) {
-  deliver([=](RunView& v) { v.setFocus(button); });
-}
-void RunViewRelay::setResetSampEnabled(bool enabled) {
-  deliver([=](RunView& v) { v.setResetSampEnabled(enabled); });
-}
-void RunViewRelay::setKeyLegend(const std::string& text) {
-  deliver([=](RunView& v) { v.setKeyLegend(text); });
 }
 void RunViewRelay::clearSpectra() {
   deliver([](RunView& v) { v.clearSpectra(); });
@@ -84,8 +54,8 @@ void RunViewRelay::plotPoint(double wavelengthNm, double value, int paletteIndex
 void RunViewRelay::setProgress(int percent) {
   deliver([=](RunView& v) { v.setProgress(percent); });
 }
-void RunViewRelay::setTimeInfo(const std::vector<std::string>& lines) {
-  deliver([=](RunView& v) { v.setTimeInfo(lines); });
+void RunViewRelay::clearComment() {
+  deliver([](RunView& v) { v.clearComment(); });
 }
 void RunViewRelay::closeWindow() {
   deliver([](RunView& v) { v.closeWindow(); });

@@ -17,29 +17,19 @@ class RunViewRelay final : public RunView {
   // window: the Qt object whose thread and lifetime the calls follow; target: its view.
   RunViewRelay(QObject& window, RunView& target) : window_(&window), target_(target) {}
 
-  void layOut(bool fixed, bool synch) override;
-  void setFilenameCaption(const std::string& caption) override;
+  void layOut(const RunLayout& layout) override;
+  void showScreen(const RunScreen& screen) override;
   void clearStatus() override;
   void showStatus(const std::string& line) override;
-  void setGridColumns(const std::vector<std::string>& heads) override;
-  void setMedianRow(const std::vector<std::string>& medians) override;
-  void setRowLabel(int row, const std::string& label) override;
   void setCell(int row, int column, const std::string& text) override;
   void setCellColour(int row, int column, int paletteIndex) override;
+  void setMedianRow(const std::vector<std::string>& medians) override;
   void showRow(int row) override;
-  void showChoices(const RunChoices& choices) override;
-  void showComment(bool visible) override;
-  void clearComment() override;
-  void showOkFrame(bool visible) override;
-  void setOkCaption(const std::string& caption) override;
-  void setFocus(RunButton button) override;
-  void setResetSampEnabled(bool enabled) override;
-  void setKeyLegend(const std::string& text) override;
   void clearSpectra() override;
   void setSpectraScale(double lowerNm, double upperNm, double yMin, double yMax) override;
   void plotPoint(double wavelengthNm, double value, int paletteIndex) override;
   void setProgress(int percent) override;
-  void setTimeInfo(const std::vector<std::string>& lines) override;
+  void clearComment() override;
   void closeWindow() override;
 
  private:

@@ -21,7 +21,7 @@
 #include <cctype>
 
 #include "core/quality/quality_checks.h"
-#include "core/quality/quality_grid.h"
+#include "core/run/qc_row_tracker.h"
 #include "core/text/number_format.h"
 #include "ui/platform/instrument_worker.h"
 #include "ui/windows/run_grid.h"
@@ -31,10 +31,6 @@
 namespace zorvel::ui {
 
 namespace {
-
-// Key codes the run's abort and pause requests are written in.
-constexpr int kKeyF5 = 116;
-constexpr int kKeyF11 = 122;
 
 // Run texts are single-byte, as the data files are.
 QString latin1(const std::string& text) {
@@ -212,13 +208,16 @@ QGroupBox* RunWindow::buildOkFrame() {
 }
 
 void RunWindow::connectControls() {
-  connect(ok1_, &QPushButton::clicked, this, [this] { startWork([](auto& c) { c.OK_Click(1); }); });
+  connect(ok1_, &QPushButton::clicked, this,
+          [this] { startWork([](auto& c) { c.press(RunButton::InitRead); }); });
   connect(ok2_, &QPushButton::clicked, this, [this] {
-    if (!working_) controller_->OK_Click(2);
+    if (!working_) controller_->act(RunAction::Quit);
   });
-  for (int i = 0; i < 4; ++i) {
-    connect(acceptReject_[static_cast<std::size_t>(i)], &QPushButton::clicked, this,
-            [this, i] { startWork([i](auto& c) { c.AcceptReject_Click(i + 1); }); });
+  const RunButton decisions[] = {RunButton::Accept, RunButton::Reject, RunButton::Control,
+                                 RunButton::Blank};
+  for (std::size_t i = 0; i < acceptReject_.size(); ++i) {
+    connect(acceptReject_[i], &QPushButton::clicked, this,
+            [this, button = decisions[i]] { startWork([button](auto& c) { c.press(button); }); });
   }
   connect(resetSamp_, &QAction::triggered, this, [this] {
     if (!working_) controller_->ResetSamp_Click();
@@ -233,12 +232,12 @@ void RunWindow::connectControls() {
   connect(yMin_, &QLineEdit::editingFinished, this, [this] { pushVerticalScale(); });
   connect(yMax_, &QLineEdit::editingFinished, this, [this] { pushVerticalScale(); });
   // The abort and pause keys act whatever has the focus, and while the instrument works.
-  const std::pair<Qt::Key, int> stopKeys[] = {{Qt::Key_F5, kKeyF5}, {Qt::Key_F11, kKeyF11}};
-  for (const auto& [key, code] : stopKeys) {
-    auto* shortcut = new QShortcut(QKeySequence(key), this);
+  const std::pair<Qt::Key, Key> stopKeys[] = {{Qt::Key_F5, Key::F5}, {Qt::Key_F11, Key::F11}};
+  for (const auto& [qtKey, key] : stopKeys) {
+    auto* shortcut = new QShortcut(QKeySequence(qtKey), this);
     shortcut->setContext(Qt::WindowShortcut);
     connect(shortcut, &QShortcut::activated, this,
-            [this, code = code] { controller_->Form_KeyDown(code); });
+            [this, key = key] { controller_->keyDown(key); });
   }
 }
 
@@ -313,18 +312,34 @@ void RunWindow::closeEvent(QCloseEvent* event) {
   }
   // The close box asks to quit, as OK(2) does; the run decides, and closes the window itself.
   event->ignore();
-  if (!working_) controller_->OK_Click(2);
+  if (!working_) controller_->act(RunAction::Quit);
 }
 
 // --- RunView -----------------------------------------------------------------------------
 
-void RunWindow::layOut(bool fixed, bool synch) {
-  grid_->setVisible(fixed);
-  syncFrame_->setVisible(synch);
+void RunWindow::layOut(const RunLayout& layout) {
+  grid_->setVisible(layout.fixed);
+  syncFrame_->setVisible(layout.synch);
+  grid_->setColumns(layout.heads);
 }
 
-void RunWindow::setFilenameCaption(const std::string& caption) {
-  filename_->setText(latin1(caption));
+void RunWindow::showScreen(const RunScreen& screen) {
+  filename_->setText(latin1(screen.filenameCaption));
+  resetSamp_->setEnabled(screen.resetEnabled);
+  tubeRange_->setEnabled(screen.resetEnabled);
+  abortMsg_->setText(latin1(screen.keyLegend));
+  abortMsg_->setVisible(!screen.keyLegend.empty());
+  QStringList times;
+  for (const auto& line : screen.timeInfo) times << latin1(line);
+  timeInfo_->setText(times.join('\n'));
+  okFrame_->setVisible(screen.okVisible);
+  ok1_->setText(latin1(screen.okCaption));
+  if (screen.commentVisible != shown_.commentVisible) showComment(screen.commentVisible);
+  if (screen.choices != shown_.choices) showChoices(screen.choices);
+  if (screen.focus) {
+    if (QPushButton* target = buttonFor(*screen.focus)) target->setFocus();
+  }
+  shown_ = screen;
 }
 
 void RunWindow::clearStatus() {
@@ -337,20 +352,16 @@ void RunWindow::showStatus(const std::string& line) {
   status_->setText(QStringList(statusLines_.begin(), statusLines_.end()).join('\n'));
 }
 
-void RunWindow::setGridColumns(const std::vector<std::string>& heads) {
-  grid_->setColumns(heads);
-}
-
 void RunWindow::setMedianRow(const std::vector<std::string>& medians) {
   grid_->setMedianRow(medians);
 }
 
-void RunWindow::setRowLabel(int row, const std::string& label) {
-  grid_->setRowLabel(row, label);
-}
-
 void RunWindow::setCell(int row, int column, const std::string& text) {
-  grid_->setCell(row, column, text);
+  if (column == 0) {
+    grid_->setRowLabel(row, text);
+  } else {
+    grid_->setCell(row, column, text);
+  }
 }
 
 void RunWindow::setCellColour(int row, int column, int paletteIndex) {
@@ -391,18 +402,6 @@ void RunWindow::clearComment() {
   commentBox_->clear();
 }
 
-void RunWindow::showOkFrame(bool visible) {
-  okFrame_->setVisible(visible);
-}
-
-void RunWindow::setOkCaption(const std::string& caption) {
-  ok1_->setText(latin1(caption));
-}
-
-void RunWindow::setFocus(RunButton button) {
-  if (QPushButton* target = buttonFor(button)) target->setFocus();
-}
-
 QPushButton* RunWindow::buttonFor(RunButton button) const {
   switch (button) {
     case RunButton::InitRead:
@@ -419,16 +418,6 @@ QPushButton* RunWindow::buttonFor(RunButton button) const {
       return acceptReject_[3];
   }
   return nullptr;
-}
-
-void RunWindow::setResetSampEnabled(bool enabled) {
-  resetSamp_->setEnabled(enabled);
-  tubeRange_->setEnabled(enabled);
-}
-
-void RunWindow::setKeyLegend(const std::string& text) {
-  abortMsg_->setText(latin1(text));
-  abortMsg_->setVisible(!text.empty());
 }
 
 void RunWindow::clearSpectra() {
@@ -449,12 +438,6 @@ void RunWindow::plotPoint(double wavelengthNm, double value, int paletteIndex) {
 
 void RunWindow::setProgress(int percent) {
   progress_->setValue(std::clamp(percent, 0, 100));
-}
-
-void RunWindow::setTimeInfo(const std::vector<std::string>& lines) {
-  QStringList shown;
-  for (const auto& line : lines) shown << latin1(line);
-  timeInfo_->setText(shown.join('\n'));
 }
 
 void RunWindow::closeWindow() {
