@@ -25,7 +25,15 @@ SetupWindow::SetupWindow(AppState& state, Operator& op,
   setModal(true);
   listPath_ = QString::fromStdString(state.BaseDirectoryPath.empty() ? state.StartDirectory
                                                                      : state.BaseDirectoryPath);
+  auto* layout = new QHBoxLayout(this);
+  layout->addLayout(buildInstrumentColumn());
+  layout->addLayout(buildFilesColumn(), 1);
+  connectInstrumentControls();
+  buildDrives();
+  refreshDirectoryList();
+}
 
+QLayout* SetupWindow::buildInstrumentColumn() {
   auto* modelBox = new QGroupBox("Fluorimeter");
   modelBox->setObjectName("Model_Frame");
   model_ = new QButtonGroup(this);
@@ -46,6 +54,37 @@ SetupWindow::SetupWindow(AppState& state, Operator& op,
   autosampler_ = new QCheckBox("Autosampler Available");
   autosampler_->setObjectName("AutoSampler_Box");
 
+  auto* left = new QVBoxLayout;
+  left->addWidget(modelBox);
+  left->addWidget(flFrame);
+  left->addWidget(dilFrame_);
+  left->addWidget(asFrame_);
+  left->addWidget(printer_);
+  left->addWidget(autosampler_);
+  left->addStretch();
+  return left;
+}
+
+QLayout* SetupWindow::buildFilesColumn() {
+  auto* right = new QVBoxLayout;
+  right->addWidget(buildDirectoryFrame());
+  right->addWidget(buildPlateFrame());
+  auto* ok = new QPushButton("OK");
+  ok->setObjectName("OK");
+  ok->setDefault(true);
+  cancel_ = new QPushButton("Cancel");
+  cancel_->setObjectName("Cancel");
+  auto* buttons = new QHBoxLayout;
+  buttons->addStretch();
+  buttons->addWidget(ok);
+  buttons->addWidget(cancel_);
+  right->addLayout(buttons);
+  connect(ok, &QPushButton::clicked, this, [this] { presenter_.ok(); });
+  connect(cancel_, &QPushButton::clicked, this, [this] { presenter_.cancel(); });
+  return right;
+}
+
+QGroupBox* SetupWindow::buildDirectoryFrame() {
   auto* dirFrame = new QGroupBox("Base Directory");
   dirFrame->setObjectName("Dir_Frame");
   drives_ = new QComboBox;
@@ -65,6 +104,17 @@ SetupWindow::SetupWindow(AppState& state, Operator& op,
   dirLayout->addWidget(setFolder, 3, 0);
   dirLayout->addWidget(createFolder, 3, 1);
 
+  connect(drives_, &QComboBox::activated, this, [this](int index) {
+    presenter_.driveChosen(drives_->itemData(index).toString().toStdString());
+  });
+  connect(directories_, &QListWidget::itemActivated, this,
+          [this](QListWidgetItem* item) { enterDirectory(item); });
+  connect(setFolder, &QPushButton::clicked, this, [this] { presenter_.setFolder(); });
+  connect(createFolder, &QPushButton::clicked, this, [this] { presenter_.createFolder(); });
+  return dirFrame;
+}
+
+QGroupBox* SetupWindow::buildPlateFrame() {
   plateFrame_ = new QGroupBox("Plate Description File");
   plateFrame_->setObjectName("Plate_Frame");
   plateLabel_ = new QLabel(SetupPresenter::kNoPlateFile);
@@ -74,33 +124,11 @@ SetupWindow::SetupWindow(AppState& state, Operator& op,
   auto* plateLayout = new QHBoxLayout(plateFrame_);
   plateLayout->addWidget(plateLabel_, 1);
   plateLayout->addWidget(choose);
+  connect(choose, &QPushButton::clicked, this, [this] { presenter_.chooseFile(); });
+  return plateFrame_;
+}
 
-  auto* ok = new QPushButton("OK");
-  ok->setObjectName("OK");
-  ok->setDefault(true);
-  cancel_ = new QPushButton("Cancel");
-  cancel_->setObjectName("Cancel");
-
-  auto* left = new QVBoxLayout;
-  left->addWidget(modelBox);
-  left->addWidget(flFrame);
-  left->addWidget(dilFrame_);
-  left->addWidget(asFrame_);
-  left->addWidget(printer_);
-  left->addWidget(autosampler_);
-  left->addStretch();
-  auto* right = new QVBoxLayout;
-  right->addWidget(dirFrame);
-  right->addWidget(plateFrame_);
-  auto* buttons = new QHBoxLayout;
-  buttons->addStretch();
-  buttons->addWidget(ok);
-  buttons->addWidget(cancel_);
-  right->addLayout(buttons);
-  auto* layout = new QHBoxLayout(this);
-  layout->addLayout(left);
-  layout->addLayout(right, 1);
-
+void SetupWindow::connectInstrumentControls() {
   connect(model_, &QButtonGroup::idClicked, this, [this](int id) { presenter_.modelChosen(id); });
   connect(flPort_, &QButtonGroup::idClicked, this,
           [this](int id) { presenter_.fluorimeterPortChosen(id); });
@@ -114,19 +142,6 @@ SetupWindow::SetupWindow(AppState& state, Operator& op,
   connect(autosampler_, &QCheckBox::toggled, this, [this](bool on) {
     if (!updating_) presenter_.autosamplerToggled(on);
   });
-  connect(drives_, &QComboBox::activated, this, [this](int index) {
-    presenter_.driveChosen(drives_->itemData(index).toString().toStdString());
-  });
-  connect(directories_, &QListWidget::itemActivated, this,
-          [this](QListWidgetItem* item) { enterDirectory(item); });
-  connect(setFolder, &QPushButton::clicked, this, [this] { presenter_.setFolder(); });
-  connect(createFolder, &QPushButton::clicked, this, [this] { presenter_.createFolder(); });
-  connect(choose, &QPushButton::clicked, this, [this] { presenter_.chooseFile(); });
-  connect(ok, &QPushButton::clicked, this, [this] { presenter_.ok(); });
-  connect(cancel_, &QPushButton::clicked, this, [this] { presenter_.cancel(); });
-
-  buildDrives();
-  refreshDirectoryList();
 }
 
 QGroupBox* SetupWindow::portGroup(const QString& title, const QString& name, QButtonGroup** group) {

@@ -10,6 +10,7 @@ class QCheckBox;
 class QComboBox;
 class QGroupBox;
 class QLabel;
+class QLayout;
 class QListWidget;
 class QListWidgetItem;
 class QPushButton;
@@ -44,6 +45,13 @@ class SetupWindow final : public QDialog, public SetupView {
   void reject() override;
 
  private:
+  // The constructor's frames: the instrument column (model, ports, flags) and the files column
+  // (base directory, plate file, OK and Cancel).
+  QLayout* buildInstrumentColumn();
+  QLayout* buildFilesColumn();
+  QGroupBox* buildDirectoryFrame();
+  QGroupBox* buildPlateFrame();
+  void connectInstrumentControls();
   QGroupBox* portGroup(const QString& title, const QString& name, QButtonGroup** group);
   void buildDrives();
   void enterDirectory(QListWidgetItem* item);
