@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "core/app/port_map.h"
+#include "core/platform/line_source.h"
 #include "core/state/tray_geometry.h"
 #include "sim/arm_sim.h"
 #include "sim/bench.h"

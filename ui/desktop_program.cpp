@@ -18,6 +18,7 @@
 #include "sim/demo_bench.h"
 #include "sim/sim_rig.h"
 #include "ui/desktop_options.h"
+#include "ui/platform/instrument_lines.h"
 #include "ui/platform/qt_operator.h"
 #include "ui/platform/qt_printer.h"
 #include "ui/windows/alert_window.h"
@@ -87,8 +88,8 @@ int RunDesktopProgram(int argc, char** argv) {
   auto state = std::make_unique<AppState>();
   RealClock clock;
   QtPrinter printer(QString::fromStdString(options->printTo));
-  sim::SimRig rig;
-  PortMap ports;
+  InstrumentLines lines(*state, clock);
+  lines.setTraceDirectory(options->traceDirectory);
   MainWindow window(*state, op, clock, printer);
   op.setParent(&window);
   QtAlertDialog alert(op, &window);
@@ -98,13 +99,13 @@ int RunDesktopProgram(int argc, char** argv) {
 
   if (!window.presenter().startUp(QDir::currentPath().toStdString())) return op.exitCode();
   std::vector<std::string> rejected;
-  ports = LoadPortMap(portEntries(*options), state->PreferencesPath, &rejected);
+  lines.ports() = LoadPortMap(portEntries(*options), state->PreferencesPath, &rejected);
   for (const auto& entry : rejected) {
     op.message("The port assignment \"" + entry + "\" is not of the form COMn=DEVICE.",
                "ZORVEL ERROR", BoxIcon::Exclamation);
   }
-  loadBench(state->StartDirectory, rig, op);
-  window.setInstruments(&ports, &rig, options->traceDirectory);
+  loadBench(state->StartDirectory, lines.rig(), op);
+  window.setInstruments(&lines);
   window.show();
   return QApplication::exec();
 }

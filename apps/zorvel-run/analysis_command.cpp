@@ -106,7 +106,7 @@ bool act(const ScriptLine& line, RunController& run, const ConsoleRunView& view,
 
 }  // namespace
 
-int RunAnalysisCommand(Context& context) {
+int RunAnalysisCommand(Context& context, LineSource& lines) {
   const Options& o = context.options;
   if (o.newDataPath.empty() == o.appendDataPath.empty()) {
     return context.fail("give exactly one of --data NEW.fix and --append EXISTING.fix", 2);
@@ -123,9 +123,8 @@ int RunAnalysisCommand(Context& context) {
     context.out << "No run started.\n";
     return 0;
   }
-  context.rig.setFluorimeterModel(context.state.Prefs.Fluorimeter);
   const int comPort = context.state.Prefs.FlComPort;
-  std::unique_ptr<SerialLine> line = context.lineFor(InstrumentKind::Fluorimeter, comPort);
+  std::unique_ptr<SerialLine> line = lines.lineFor(InstrumentKind::Fluorimeter, comPort);
   if (!line) return context.fail("the fluorimeter's port cannot be reached");
 
   ConsoleRunView view(context.out);
@@ -135,9 +134,7 @@ int RunAnalysisCommand(Context& context) {
   RunController run(RunServices{context.state, op, context.clock, context.printer, *line, checks},
                     start->setup, tracker);
   // On the simulated bench, each new cuvette the run asks for is the next one in the queue.
-  if (context.ports.isSimulated(comPort)) {
-    run.setCuvetteChanger([&context] { context.rig.bench.insertNextCuvette(); });
-  }
+  if (auto changer = lines.cuvetteChanger(comPort)) run.setCuvetteChanger(std::move(changer));
   run.Form_Load();
   while (!run.closed()) {
     if (context.op.ended()) return context.op.exitCode();

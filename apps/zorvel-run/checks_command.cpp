@@ -42,10 +42,8 @@ class ConsoleIntensityView final : public IntensityView {
 constexpr int kOutsideRangeExit = 3;
 constexpr int kUsageExit = 2;
 
-std::unique_ptr<SerialLine> FluorimeterLine(Context& context) {
-  // A simulated instrument answers as the model the preferences name.
-  context.rig.setFluorimeterModel(context.state.Prefs.Fluorimeter);
-  return context.lineFor(InstrumentKind::Fluorimeter, context.state.Prefs.FlComPort);
+std::unique_ptr<SerialLine> FluorimeterLine(Context& context, LineSource& lines) {
+  return lines.lineFor(InstrumentKind::Fluorimeter, context.state.Prefs.FlComPort);
 }
 
 // The stopping reasons every check shares: the program was halted, or the answer file failed.
@@ -57,8 +55,8 @@ std::optional<int> Interrupted(Context& context) {
 
 }  // namespace
 
-int RunWatercellCommand(Context& context) {
-  auto line = FluorimeterLine(context);
+int RunWatercellCommand(Context& context, LineSource& lines) {
+  auto line = FluorimeterLine(context, lines);
   if (!line) return context.fail("the fluorimeter's port cannot be reached");
   // The session's last result; this run is the whole session.
   WaterCellResult last;
@@ -83,12 +81,12 @@ int RunWatercellCommand(Context& context) {
   }
 }
 
-int RunIntensityCommand(Context& context) {
+int RunIntensityCommand(Context& context, LineSource& lines) {
   const Options& o = context.options;
   if (o.filter && !IsFilterPosition(*o.filter)) {
     return context.fail("--filter must be one of 1, 2, 3, 4, 5, 7, 8", kUsageExit);
   }
-  auto line = FluorimeterLine(context);
+  auto line = FluorimeterLine(context, lines);
   if (!line) return context.fail("the fluorimeter's port cannot be reached");
   ConsoleIntensityView view;
   IntensityPresenter presenter(context.state, context.op, context.clock, *line, view);

@@ -7,11 +7,12 @@
 // fit the question, or anything failed.
 namespace zorvel::headless {
 
+// Each takes its instruments' lines from `lines`.
 // --method with --data or --append: an analysis run answered from the answer file.
-int RunAnalysisCommand(Context& context);
+int RunAnalysisCommand(Context& context, LineSource& lines);
 // --watercell: the water-cell check; 0 within range, 3 outside.
-int RunWatercellCommand(Context& context);
+int RunWatercellCommand(Context& context, LineSource& lines);
 // --intensity: one intensity reading printed as "0.000".
-int RunIntensityCommand(Context& context);
+int RunIntensityCommand(Context& context, LineSource& lines);
 
 }  // namespace zorvel::headless

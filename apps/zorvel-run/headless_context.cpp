@@ -6,7 +6,6 @@
 #include "core/app/startup.h"
 #include "core/files/file_output.h"
 #include "sim/bench_file.h"
-#include "ui/platform/line_factory.h"
 
 namespace zorvel::headless {
 
@@ -41,16 +40,8 @@ class ConsoleMainView final : public MainView {
 }  // namespace
 
 Context::Context(const Options& opts)
-    : options(opts), printer(QString::fromStdString(opts.printTo)) {}
-
-std::unique_ptr<SerialLine> Context::lineFor(InstrumentKind kind, int comPort) {
-  rig.setTray(&state.Tray);
-  ui::LineRoute route;
-  route.kind = kind;
-  route.comPort = comPort;
-  route.ports = &ports;
-  route.traceDirectory = options.traceDirectory;
-  return ui::MakeInstrumentLine(route, clock, rig);
+    : options(opts), printer(QString::fromStdString(opts.printTo)) {
+  lines.setTraceDirectory(opts.traceDirectory);
 }
 
 int Context::fail(const std::string& message, int exitCode) {
@@ -73,7 +64,7 @@ bool StartHeadless(Context& context) {
       return false;
     }
     std::vector<std::string> problems;
-    sim::ParseBenchFile(text, context.rig.bench, problems);
+    sim::ParseBenchFile(text, context.lines.rig().bench, problems);
     for (const auto& problem : problems) context.fail(context.options.benchPath + ": " + problem);
     if (!problems.empty()) return false;
   }
@@ -86,7 +77,7 @@ bool StartHeadless(Context& context) {
     return false;
   }
   std::vector<std::string> rejected;
-  context.ports =
+  context.lines.ports() =
       LoadPortMap(context.options.portEntries, context.state.PreferencesPath, &rejected);
   for (const auto& entry : rejected) {
     context.fail("the port assignment \"" + entry + "\" is not of the form COMn=DEVICE");

@@ -12,7 +12,7 @@
 #include "core/platform/serial_line.h"
 #include "core/state/answer_script.h"
 #include "core/state/app_state.h"
-#include "sim/sim_rig.h"
+#include "ui/platform/instrument_lines.h"
 #include "ui/platform/qt_printer.h"
 
 namespace zorvel::headless {
@@ -39,7 +39,7 @@ struct Options {
 };
 
 // What an unattended run works with: the program's state after start-up, the real clock, the
-// answer file as the operator, the printer, the port map and the in-process simulators.
+// answer file as the operator, the printer and the instruments' lines.
 struct Context {
   explicit Context(const Options& options);
 
@@ -50,12 +50,8 @@ struct Context {
   std::ostream& out = std::cout;
   AnswerFileOperator op{script, out};
   ui::QtPrinter printer;
-  PortMap ports;
-  sim::SimRig rig;
-
-  // The line to an instrument on its COM port, through the port map (simulator, real port,
-  // trace); nothing when it cannot be made.
-  std::unique_ptr<SerialLine> lineFor(InstrumentKind kind, int comPort);
+  // The instruments' lines: the port map, the in-process simulated bench, the trace folder.
+  ui::InstrumentLines lines{state, clock};
   // Prints "zorvel-run: " + message on the error stream; returns the exit code to use.
   int fail(const std::string& message, int exitCode = 1);
 };

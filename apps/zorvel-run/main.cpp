@@ -101,7 +101,7 @@ int main(int argc, char** argv) {
   }
   zorvel::headless::Context context(options);
   if (!zorvel::headless::StartHeadless(context)) return 1;
-  if (options.watercell) return zorvel::headless::RunWatercellCommand(context);
-  if (options.intensity) return zorvel::headless::RunIntensityCommand(context);
-  return zorvel::headless::RunAnalysisCommand(context);
+  if (options.watercell) return zorvel::headless::RunWatercellCommand(context, context.lines);
+  if (options.intensity) return zorvel::headless::RunIntensityCommand(context, context.lines);
+  return zorvel::headless::RunAnalysisCommand(context, context.lines);
 }

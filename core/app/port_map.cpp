@@ -31,18 +31,6 @@ bool startsWithCom(std::string_view text) {
 
 }  // namespace
 
-std::string_view InstrumentName(InstrumentKind kind) {
-  switch (kind) {
-    case InstrumentKind::Arm:
-      return "arm";
-    case InstrumentKind::Pump:
-      return "pump";
-    case InstrumentKind::Fluorimeter:
-      break;
-  }
-  return "fluorimeter";
-}
-
 std::string DefaultDevice(int comPort) {
   return "/dev/ttyS" + text::plain(comPort - 1);
 }

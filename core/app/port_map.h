@@ -6,20 +6,14 @@
 #include <string_view>
 #include <vector>
 
+#include "core/platform/line_source.h"
+
 namespace zorvel {
 
 // The device name that puts an instrument on the built-in simulator instead of a real port.
 inline constexpr std::string_view kSimulatorDevice = "sim";
 // The ports file's name; it lies beside the preferences file.
 inline constexpr std::string_view kPortsFileName = "ZORVEL.PORTS";
-
-// The three instruments a port can lead to.
-enum class InstrumentKind { Fluorimeter, Arm, Pump };
-inline constexpr InstrumentKind kAllInstruments[] = {InstrumentKind::Fluorimeter,
-                                                     InstrumentKind::Arm, InstrumentKind::Pump};
-
-// "fluorimeter", "arm" or "pump": for trace file names and the simulator's listing.
-std::string_view InstrumentName(InstrumentKind kind);
 
 // One "COMn=DEVICE" assignment.
 struct PortAssignment {

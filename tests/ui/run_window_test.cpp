@@ -21,8 +21,8 @@
 #include "core/quality/filing_check.h"
 #include "core/quality/quality_checks.h"
 #include "core/text/number_format.h"
-#include "sim/sim_rig.h"
 #include "support/bytes.h"
+#include "ui/platform/instrument_lines.h"
 #include "ui/platform/qt_operator.h"
 #include "ui/qt_app.h"
 #include "ui/windows/run_grid.h"
@@ -74,17 +74,17 @@ struct WindowRun {
     state.DataSet = {base + ".FIX", base + ".SYN", base + ".CTL",
                      base + ".BLK", base + ".STL", base + ".SLK",
                      base + ".LOG", "liver",       ""};
-    rig.fluorimeter().setTiming(sim::FluorimeterSim::InstantTiming());
-    rig.fluorimeter().setScanDataIntervalNm(1);
-    for (double& dye : rig.bench.cuvette.dyes) dye = 1.0;
-    ports.devices[1] = "sim";
+    lines.rig().fluorimeter().setTiming(sim::FluorimeterSim::InstantTiming());
+    lines.rig().fluorimeter().setScanDataIntervalNm(1);
+    for (double& dye : lines.rig().bench.cuvette.dyes) dye = 1.0;
+    lines.ports().devices[1] = "sim";
     if (alert != nullptr) {
       qc = std::make_unique<QualityChecks>(state, clock, op, *alert);
       for (float k : {10.0f, 11.0f, 12.0f}) qc->CheckControl(std::vector<float>{k, k + 10}, 1, "");
     }
     QualityCheck& filing = qc ? static_cast<QualityCheck&>(*qc) : checks;
     window = ui::OpenRunWindow(nullptr, {state, op, clock, printer, filing, qc.get()}, RunSetup{},
-                               ports, rig, "");
+                               lines);
     QObject::connect(window.data(), &ui::RunWindow::runClosed,
                      [this](bool controls) { closedWithControls = controls ? 1 : 0; });
   }
@@ -108,10 +108,9 @@ struct WindowRun {
   RealClock clock;
   ui::QtOperator op;
   PagePrinter printer;
-  sim::SimRig rig;
+  ui::InstrumentLines lines{state, clock};
   FilingCheck checks{state, clock, op};
   std::unique_ptr<QualityChecks> qc;
-  PortMap ports;
   QPointer<ui::RunWindow> window;
   int closedWithControls = -1;
 };

@@ -13,7 +13,6 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-#include "ui/platform/line_factory.h"
 #include "ui/windows/disclaimer_dialog.h"
 #include "ui/windows/intensity_window.h"
 #include "ui/windows/run_window.h"
@@ -228,13 +227,10 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   event->accept();
 }
 
-void MainWindow::setInstruments(const PortMap* ports, sim::SimRig* rig,
-                                std::string traceDirectory) {
-  ports_ = ports;
-  rig_ = rig;
-  traceDirectory_ = std::move(traceDirectory);
+void MainWindow::setInstruments(LineSource* lines) {
+  lines_ = lines;
   for (MainMenu item : {MainMenu::RunWatercell, MainMenu::IntensityCheck}) {
-    presenter_.setAvailable(item, ports_ != nullptr && rig_ != nullptr);
+    presenter_.setAvailable(item, lines_ != nullptr);
     actions_.at(item)->setEnabled(presenter_.available(item));
   }
 }
@@ -252,18 +248,16 @@ void MainWindow::setQualityChecks(QualityChecks& checks) {
 }
 
 void MainWindow::setLaunchButtons(bool saveEnabled, bool okEnabled) {
-  const bool canRun = ports_ != nullptr && rig_ != nullptr && presenter_.qualityChecks() != nullptr;
+  const bool canRun = lines_ != nullptr && presenter_.qualityChecks() != nullptr;
   save_->setEnabled(saveEnabled && canRun);
   ok_->setEnabled(okEnabled && canRun);
 }
 
 void MainWindow::openRunWindow(const RunSetup& setup) {
-  if (ports_ == nullptr || rig_ == nullptr || presenter_.qualityChecks() == nullptr) return;
-  rig_->setTray(&state_.Tray);
-  rig_->setFluorimeterModel(state_.Prefs.Fluorimeter);
+  if (lines_ == nullptr || presenter_.qualityChecks() == nullptr) return;
   const RunWindowServices services{state_, op_, clock_, printer_, *presenter_.qualityChecks(),
                                    checks_};
-  RunWindow* window = OpenRunWindow(this, services, setup, *ports_, *rig_, traceDirectory_);
+  RunWindow* window = OpenRunWindow(this, services, setup, *lines_);
   if (window != nullptr) {
     connect(window, &RunWindow::runClosed, this, [this](bool) {
       // Shown once the run window has gone, so the trend does not sit on top of it.
@@ -279,13 +273,10 @@ void MainWindow::openRunWindow(const RunSetup& setup) {
   }
 }
 
-// The fluorimeter's line for a check window, through the port map.
+// The fluorimeter's line for a check window.
 std::unique_ptr<SerialLine> MainWindow::fluorimeterLine() {
-  if (ports_ == nullptr || rig_ == nullptr) return nullptr;
-  rig_->setFluorimeterModel(state_.Prefs.Fluorimeter);
-  auto line = MakeInstrumentLine(
-      LineRoute{InstrumentKind::Fluorimeter, state_.Prefs.FlComPort, ports_, traceDirectory_},
-      clock_, *rig_);
+  if (lines_ == nullptr) return nullptr;
+  auto line = lines_->lineFor(InstrumentKind::Fluorimeter, state_.Prefs.FlComPort);
   if (!line) {
     op_.message(
         "The fluorimeter's port COM" + std::to_string(state_.Prefs.FlComPort) + " cannot be used.",

@@ -5,10 +5,9 @@
 
 #include "core/app/main_presenter.h"
 #include "core/app/main_view.h"
-#include "core/app/port_map.h"
 #include "core/checks/watercell_record.h"
+#include "core/platform/line_source.h"
 #include "core/quality/quality_checks.h"
-#include "sim/sim_rig.h"
 
 class QAction;
 class QGroupBox;
@@ -30,9 +29,8 @@ class MainWindow final : public QMainWindow, public MainView {
   QAction* action(MainMenu item) const { return actions_.at(item); }
   // Skips the modal disclaimer (tests and unattended starts).
   void setDisclaimerShown(bool shown) { disclaimerEnabled_ = shown; }
-  // Where the instrument windows find their ports: the port map, the in-process simulators
-  // and the trace folder (empty: no trace). Until this is called they cannot open.
-  void setInstruments(const PortMap* ports, sim::SimRig* rig, std::string traceDirectory);
+  // Where the instrument windows find their lines. Until this is called they cannot open.
+  void setInstruments(LineSource* lines);
   // The control and blank checks every run files through; their trend is shown from here.
   void setQualityChecks(QualityChecks& checks);
 
@@ -78,9 +76,7 @@ class MainWindow final : public QMainWindow, public MainView {
   QPushButton* ok_ = nullptr;
   Clock& clock_;
   Printer& printer_;
-  const PortMap* ports_ = nullptr;
-  sim::SimRig* rig_ = nullptr;
-  std::string traceDirectory_;
+  LineSource* lines_ = nullptr;
   WaterCellResult lastWaterCell_;
   QualityChecks* checks_ = nullptr;
   bool disclaimerEnabled_ = true;

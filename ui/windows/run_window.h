@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/platform/line_source.h"
 #include "core/run/run_controller.h"
 #include "core/run/run_view.h"
 
@@ -22,10 +23,6 @@ class QPushButton;
 namespace zorvel {
 class QcRowTracker;
 class QualityChecks;
-struct PortMap;
-namespace sim {
-class SimRig;
-}
 }  // namespace zorvel
 
 namespace zorvel::ui {
@@ -147,11 +144,10 @@ class RunWindow final : public QWidget, public RunView {
 };
 
 // Opens SAMPLING for a run the launch has prepared, on the fluorimeter's COM port from the
-// preferences (the port map's "sim" joins it to the rig's simulated fluorimeter, whose bench
-// then hands over the next cuvette at each Read). The window is shown at once, keeps the rest
-// of the program waiting until it closes, and deletes itself when it does; traceDirectory
-// non-empty records the fluorimeter traffic there. Nothing when the line cannot be made.
+// preferences, with the line source's cuvette changer at each Read when it has one. The window
+// is shown at once, keeps the rest of the program waiting until it closes, and deletes itself
+// when it does. Nothing when the line cannot be made.
 RunWindow* OpenRunWindow(QWidget* parent, const RunWindowServices& services, const RunSetup& setup,
-                         const PortMap& ports, sim::SimRig& rig, const std::string& traceDirectory);
+                         LineSource& lines);
 
 }  // namespace zorvel::ui
