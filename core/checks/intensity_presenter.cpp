@@ -1,5 +1,6 @@
 #include "core/checks/intensity_presenter.h"
 
+#include "core/instruments/patient_line.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {
@@ -63,7 +64,7 @@ std::optional<double> IntensityPresenter::readSample() {
   Reading reading;
   if (failure == LinkFailure::None) {
     // The port was closed after the last reading; what waits on it is left alone.
-    if (!line_.isOpen()) line_.open(fluor::kLineSettings);
+    if (!line_.isOpen()) line_.open(PatientLine::kSettings);
     status("Reading Sample");
     state_.Links.LinkTimeoutCount = 0;
     reading = link.TakeReading(settings_.excitationNm, settings_.emissionNm, settings_.readTimeS,

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "core/text/number_format.h"
+
 namespace zorvel {
 
 using fluor::kAccepted;
@@ -19,16 +21,34 @@ bool MustStop(LinkFailure failure) {
   return OutcomeOf(failure) == LinkOutcome::Stop;
 }
 
+const PatientLine::Words kFluorimeterWords{
+    [](const SerialLine& line) {
+      return line.lost() ? "The fluorimeter on " + line.describe() +
+                               " has been disconnected.  Check its cable and adapter, then start "
+                               "again."
+                         : "The fluorimeter port " + line.describe() + " is not open.";
+    },
+    [](const SerialLine& line) {
+      return "The fluorimeter on " + line.describe() + " has sent nothing for " +
+             text::plain(PatientLine::kSilenceBoundS) +
+             " seconds.  Retry waits again; Cancel gives up.";
+    }};
+
 }  // namespace
 
 FluorimeterLink::FluorimeterLink(SerialLine& line, Clock& clock, Operator& person, LinkState& links,
                                  int model)
-    : line_(line), clock_(clock), person_(person), links_(links), model_(model) {}
+    : line_(line),
+      clock_(clock),
+      person_(person),
+      links_(links),
+      model_(model),
+      patient_(line, clock, person, kFluorimeterWords) {}
 
 LinkFailure FluorimeterLink::OpenFluorimeterPort() {
   if (halted_) return LinkFailure::Halted;
-  if (!line_.isOpen() && !line_.open(fluor::kLineSettings)) return reportLost();
-  lostReported_ = false;
+  if (!line_.isOpen() && !line_.open(PatientLine::kSettings)) return reportLost();
+  patient_.fresh();
   const std::size_t stale = line_.charactersWaiting();
   if (stale > 0) line_.read(stale);
   return LinkFailure::None;
@@ -38,7 +58,7 @@ LinkFailure FluorimeterLink::PrepareScanBuffer() {
   if (halted_) return LinkFailure::Halted;
   line_.close();
   line_.setInputBufferSize(kScanBufferSize);
-  if (!line_.open(fluor::kLineSettings)) return reportLost();
+  if (!line_.open(PatientLine::kSettings)) return reportLost();
   return LinkFailure::None;
 }
 
@@ -235,40 +255,18 @@ void FluorimeterLink::HaltOnLinkFailure() {
 }
 
 bool FluorimeterLink::lineDown() const {
-  return line_.lost() || !line_.isOpen();
+  return patient_.down();
 }
 
 LinkFailure FluorimeterLink::reportLost() {
   if (halted_) return LinkFailure::Halted;
-  if (!lostReported_) {
-    lostReported_ = true;
-    const std::string text =
-        line_.lost() ? "The fluorimeter on " + line_.describe() +
-                           " has been disconnected.  Check its cable and adapter, then start "
-                           "again."
-                     : "The fluorimeter port " + line_.describe() + " is not open.";
-    person_.message(text, kCommunicationErrorTitle, BoxIcon::Exclamation, BoxButtons::Ok);
-  }
-  return LinkFailure::LostPort;
+  return patient_.reportLost();
 }
 
 LinkFailure FluorimeterLink::waitPatiently(std::size_t n) {
-  for (;;) {
-    if (halted_) return LinkFailure::Halted;
-    if (lineDown()) return reportLost();
-    const std::size_t waiting = line_.charactersWaiting();
-    if (waiting >= n) return LinkFailure::None;
-    // Each byte that arrives starts the bound afresh.
-    const double deadlineS = clock_.monotonicS() + kSilenceBoundS;
-    if (line_.waitForCharacters(waiting + 1, deadlineS)) continue;
-    if (lineDown()) return reportLost();
-    if (clock_.monotonicS() < deadlineS) continue;
-    const int answer = person_.message(
-        "The fluorimeter on " + line_.describe() +
-            " has sent nothing for 120 seconds.  Retry waits again; Cancel gives up.",
-        kCommunicationErrorTitle, BoxIcon::Exclamation, BoxButtons::RetryCancel);
-    if (answer != answer::kRetry) return LinkFailure::Abandoned;
-  }
+  // Nothing in the wait can halt the program, so once at the start is enough.
+  if (halted_) return LinkFailure::Halted;
+  return patient_.awaitCharacters(n);
 }
 
 char FluorimeterLink::readOne() {

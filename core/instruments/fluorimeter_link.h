@@ -8,6 +8,7 @@
 
 #include "core/instruments/fluorimeter_protocol.h"
 #include "core/instruments/instrument_error.h"
+#include "core/instruments/patient_line.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/serial_line.h"
@@ -60,9 +61,6 @@ struct TimeDriveHeaderReply {
 // failure whose outcome is Stop, so that callers unwind without further boxes.
 class FluorimeterLink {
  public:
-  // The longest the program waits without a single byte where the instrument itself sets
-  // no limit (scan status, water status, time-drive header, number stream).
-  static constexpr double kSilenceBoundS = 120.0;
   // A record that stops arriving for this long is given up as "Bad**".
   static constexpr double kRecordSilenceS = 30.0;
   // The line feed after a CR is on its way; it is given this long to arrive.
@@ -79,7 +77,7 @@ class FluorimeterLink {
   int model() const { return model_; }
   bool halted() const { return halted_; }
 
-  // Opens the port at "9600,N,8,1" and throws away whatever was already waiting.
+  // Opens the port at the patient line's settings and throws away whatever was already waiting.
   LinkFailure OpenFluorimeterPort();
   // Closes the port, gives it the 4096-character input buffer and opens it again.
   LinkFailure PrepareScanBuffer();
@@ -113,8 +111,9 @@ class FluorimeterLink {
  private:
   bool lineDown() const;
   LinkFailure reportLost();
-  // Waits until n characters are waiting, giving the operator Retry/Cancel after each
-  // kSilenceBoundS without a byte.
+  // Waits until n characters are waiting where the instrument itself sets no limit (scan
+  // status, water status, time-drive header, number stream), giving the operator Retry/Cancel
+  // after each of the patient line's bounds without a byte.
   LinkFailure waitPatiently(std::size_t n);
   char readOne();
   void discardFollowingCharacter();
@@ -126,8 +125,8 @@ class FluorimeterLink {
   LinkState& links_;
   int model_;
   std::function<void(const std::string&)> showStatus_;
+  PatientLine patient_;
   bool halted_ = false;
-  bool lostReported_ = false;
 };
 
 }  // namespace zorvel

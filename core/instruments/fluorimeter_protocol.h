@@ -17,7 +17,6 @@ inline constexpr std::string_view kAccepted = "0000";
 inline constexpr std::string_view kFurtherStatus = "0110";
 // What the record reader returns after 30 seconds of silence.
 inline constexpr std::string_view kBadRecord = "Bad**";
-inline constexpr std::string_view kLineSettings = "9600,N,8,1";
 
 // Models as numbered in the preferences.
 inline constexpr int kModelLs50 = 1;
