@@ -2,6 +2,9 @@
 
 #include <QCommandLineParser>
 #include <QDir>
+#include <cstdio>
+
+#include "ui/command_line.h"
 
 namespace zorvel::ui {
 
@@ -9,14 +12,11 @@ std::string DefaultDemoDirectory() {
   return (QDir::homePath() + "/zorvel-demo").toStdString();
 }
 
-std::optional<DesktopOptions> ParseDesktopOptions(const QStringList& arguments,
-                                                  std::string* error) {
+std::optional<DesktopOptions> ParseDesktopOptions(const QStringList& arguments, int* exitStatus) {
   QCommandLineParser parser;
   parser.setApplicationDescription(
       "ZORVEL drives the fluorimeter, the autosampler arm and the dilutor, and records every "
       "kept reading in plain-text data files.");
-  parser.addHelpOption();
-  parser.addVersionOption();
   const QCommandLineOption startDir("start-dir",
                                     "Start-up directory: preferences, logs, DATA, METHODS.", "DIR");
   const QCommandLineOption port("port", "Puts COMn on DEVICE (a serial device or \"sim\").",
@@ -32,7 +32,15 @@ std::optional<DesktopOptions> ParseDesktopOptions(const QStringList& arguments,
   const QCommandLineOption noDisclaimer("no-disclaimer", "Skips the disclaimer at start-up.");
   parser.addOptions({startDir, port, simulate, demo, printTo, trace, noDisclaimer});
   parser.addPositionalArgument("DIR", "The demo workspace, with --demo.", "[DIR]");
-  parser.process(arguments);
+  if (const auto status = ParseCommandLine(parser, arguments)) {
+    *exitStatus = *status;
+    return std::nullopt;
+  }
+  const auto refuse = [&](const char* problem) {
+    std::fprintf(stderr, "zorvel: %s\n", problem);
+    *exitStatus = 2;
+    return std::nullopt;
+  };
 
   DesktopOptions options;
   options.startDirectory = parser.value(startDir).toStdString();
@@ -47,12 +55,10 @@ std::optional<DesktopOptions> ParseDesktopOptions(const QStringList& arguments,
     options.demoDirectory =
         positional.isEmpty() ? DefaultDemoDirectory() : positional.front().toStdString();
   } else if (!positional.isEmpty()) {
-    if (error) *error = "Unexpected argument: " + positional.front().toStdString();
-    return std::nullopt;
+    return refuse("a folder is given only after --demo");
   }
   if (options.demoDirectory && !options.startDirectory.empty()) {
-    if (error) *error = "--demo and --start-dir name two different start-up directories.";
-    return std::nullopt;
+    return refuse("--demo and --start-dir name two different start-up directories");
   }
   return options;
 }

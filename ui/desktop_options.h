@@ -18,9 +18,9 @@ struct DesktopOptions {
   bool showDisclaimer = true;                // --no-disclaimer skips it (unattended starts)
 };
 
-// Parses the arguments (QCommandLineParser; --help and --version print and exit). An error
-// message is returned in `error` for bad use.
-std::optional<DesktopOptions> ParseDesktopOptions(const QStringList& arguments, std::string* error);
+// Parses the arguments; needs no application object. Nothing, with the exit status set, when the
+// program ends at once: --help and --version (0) or bad use, said on standard error (2).
+std::optional<DesktopOptions> ParseDesktopOptions(const QStringList& arguments, int* exitStatus);
 
 // Where --demo without a folder puts its workspace: ~/zorvel-demo.
 std::string DefaultDemoDirectory();

@@ -17,12 +17,14 @@
 #include "sim/bench_file.h"
 #include "sim/demo_bench.h"
 #include "sim/sim_rig.h"
+#include "ui/command_line.h"
 #include "ui/desktop_options.h"
 #include "ui/platform/instrument_lines.h"
 #include "ui/platform/qt_operator.h"
 #include "ui/platform/qt_printer.h"
 #include "ui/windows/alert_window.h"
 #include "ui/windows/main_window.h"
+#include "ui/windows/window_title.h"
 
 namespace zorvel::ui {
 
@@ -54,18 +56,12 @@ void loadBench(const std::string& startDirectory, sim::SimRig& rig, Operator& op
 }  // namespace
 
 int RunDesktopProgram(int argc, char** argv) {
+  // Parsed before the application object, which needs a display: --help and --version do not.
+  NameProgram("zorvel");
+  int exitStatus = 0;
+  const auto options = ParseDesktopOptions(ArgumentList(argc, argv), &exitStatus);
+  if (!options) return exitStatus;
   QApplication app(argc, argv);
-  QApplication::setApplicationName("zorvel");
-  QApplication::setApplicationVersion(QString("%1.%2.%3")
-                                          .arg(ZORVEL_VERSION_MAJOR)
-                                          .arg(ZORVEL_VERSION_MINOR)
-                                          .arg(ZORVEL_VERSION_PATCH));
-  std::string error;
-  const auto options = ParseDesktopOptions(QApplication::arguments(), &error);
-  if (!options) {
-    std::fprintf(stderr, "zorvel: %s\n", error.c_str());
-    return 2;
-  }
 
   QtOperator op;
   std::string startDirectory = options->startDirectory;
@@ -96,6 +92,8 @@ int RunDesktopProgram(int argc, char** argv) {
   QualityChecks checks(*state, clock, op, alert);
   window.setDisclaimerShown(options->showDisclaimer);
   window.setQualityChecks(checks);
+  window.setWindowTitle(
+      WindowTitle(window.windowTitle(), options->simulate || options->demoDirectory));
 
   if (!window.presenter().startUp(QDir::currentPath().toStdString())) return op.exitCode();
   std::vector<std::string> rejected;

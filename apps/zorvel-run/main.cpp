@@ -6,6 +6,7 @@
 
 #include "apps/zorvel-run/commands.h"
 #include "core/text/number_format.h"
+#include "ui/command_line.h"
 
 namespace {
 
@@ -22,15 +23,14 @@ std::optional<double> numberOption(const QCommandLineParser& parser, const QStri
   return value;
 }
 
-bool parse(const QCoreApplication& app, Options& options) {
+// The exit status when the program ends at once (help, version, bad use); nothing to go on.
+std::optional<int> parse(const QStringList& arguments, Options& options) {
   QCommandLineParser parser;
   parser.setApplicationDescription(
       "Runs a method, the water-cell check or an intensity reading without windows; every "
       "question is answered from the answer file (one answer a line: ok, yes, no, cancel, "
       "retry, text VALUE, and the run's actions init, read, quit, accept, reject, control, "
       "blank, comment TEXT, reset-number N, rerun; # starts a comment).");
-  parser.addHelpOption();
-  parser.addVersionOption();
   parser.addOptions({
       {"start-dir", "Start-up directory (preferences, logs, DATA, METHODS).", "DIR"},
       {"port", "Puts COMn on DEVICE (a serial device or \"sim\"); may repeat.", "COMn=DEVICE"},
@@ -55,7 +55,7 @@ bool parse(const QCoreApplication& app, Options& options) {
       {"filter", "Filter code.", "N"},
       {"pmt", "PMT voltage, or \"default\".", "V|default"},
   });
-  parser.process(app);
+  if (const auto status = zorvel::ui::ParseCommandLine(parser, arguments)) return status;
   options.startDirectory = parser.value("start-dir").toStdString();
   for (const QString& p : parser.values("port")) options.portEntries.push_back(p.toStdString());
   options.answersPath = parser.value("answers").toStdString();
@@ -77,22 +77,19 @@ bool parse(const QCoreApplication& app, Options& options) {
   options.emSl = numberOption(parser, "emsl", &ok);
   options.readTimeS = numberOption(parser, "read-time", &ok);
   if (const auto f = numberOption(parser, "filter", &ok)) options.filter = static_cast<int>(*f);
-  return ok;
+  if (!ok) return 2;
+  return std::nullopt;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  zorvel::ui::NameProgram("zorvel-run");
+  Options options;
+  if (const auto status = parse(zorvel::ui::ArgumentList(argc, argv), options)) return *status;
   // Printing to PDF needs fonts, so a GUI application without a screen.
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QGuiApplication app(argc, argv);
-  QCoreApplication::setApplicationName("zorvel-run");
-  QCoreApplication::setApplicationVersion(QString("%1.%2.%3")
-                                              .arg(ZORVEL_VERSION_MAJOR)
-                                              .arg(ZORVEL_VERSION_MINOR)
-                                              .arg(ZORVEL_VERSION_PATCH));
-  Options options;
-  if (!parse(app, options)) return 2;
   const int modes = (options.watercell ? 1 : 0) + (options.intensity ? 1 : 0) +
                     (options.methodPath.empty() ? 0 : 1);
   if (modes != 1) {

@@ -24,6 +24,7 @@
 #include "sim/bench_file.h"
 #include "sim/pty_bridge.h"
 #include "sim/sim_rig.h"
+#include "ui/command_line.h"
 
 namespace {
 
@@ -42,7 +43,8 @@ std::optional<std::string> readWholeFile(const std::string& path) {
   return text;
 }
 
-std::optional<SimOptions> parseOptions(const QCoreApplication& app) {
+// Nothing, with the exit status set, when the program ends at once (help, version, bad use).
+std::optional<SimOptions> parseOptions(const QCoreApplication& app, int* exitStatus) {
   QCommandLineParser parser;
   parser.setApplicationDescription(
       QString("Serves the fluorimeter, the autosampler arm and the pump on pseudo-terminals,\n"
@@ -50,13 +52,15 @@ std::optional<SimOptions> parseOptions(const QCoreApplication& app) {
               "and runs until interrupted (the previous ports file is put back then).\n\n") +
       QString::fromUtf8(sim::BenchFileHelp().data(),
                         static_cast<qsizetype>(sim::BenchFileHelp().size())));
-  parser.addHelpOption();
-  parser.addVersionOption();
   parser.addOption({"dir", "Folder holding ZORVEL.PRF; ZORVEL.PORTS is written there.", "DIR"});
   parser.addOption({"speed", "Run the instruments' time F times faster (default 1).", "F", "1"});
   parser.addOption({"bench", "What the cuvettes and tubes hold (format above).", "FILE"});
   parser.addOption({"seed", "Seed of the readings' noise (default 1).", "N", "1"});
-  parser.process(app);
+  if (const auto status = ui::ParseCommandLine(parser, app.arguments())) {
+    *exitStatus = *status;
+    return std::nullopt;
+  }
+  *exitStatus = 2;
   SimOptions options;
   const auto speed = text::parseNumber(parser.value("speed").toStdString());
   const auto seed = text::parseNumber(parser.value("seed").toStdString());
@@ -202,12 +206,9 @@ int serve(const SimOptions& options) {
 
 int main(int argc, char** argv) {
   QCoreApplication app(argc, argv);
-  QCoreApplication::setApplicationName("zorvel-sim");
-  QCoreApplication::setApplicationVersion(QString("%1.%2.%3")
-                                              .arg(ZORVEL_VERSION_MAJOR)
-                                              .arg(ZORVEL_VERSION_MINOR)
-                                              .arg(ZORVEL_VERSION_PATCH));
-  const auto options = parseOptions(app);
-  if (!options) return 2;
+  ui::NameProgram("zorvel-sim");
+  int exitStatus = 0;
+  const auto options = parseOptions(app, &exitStatus);
+  if (!options) return exitStatus;
   return serve(*options);
 }
