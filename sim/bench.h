@@ -46,9 +46,15 @@ struct Bench {
       holderRead = true;
       return;
     }
-    if (cuvetteQueue.empty()) return;
+    putNextCuvette();
+  }
+  // Takes the next cuvette from the queue into the holder; false when none is left (the last
+  // stays in the holder).
+  bool putNextCuvette() {
+    if (cuvetteQueue.empty()) return false;
     cuvette = cuvetteQueue.front();
     cuvetteQueue.pop_front();
+    return true;
   }
   bool holderRead = false;
 };

@@ -164,6 +164,7 @@ void PtyServer::run(int extraStopFd) {
   std::vector<pollfd> fds;
   for (;;) {
     fds.assign({pollfd{stopPipe_[0], POLLIN, 0}, pollfd{extraStopFd, POLLIN, 0}});
+    for (const Watch& w : watches_) fds.push_back(pollfd{w.fd, POLLIN, 0});
     for (PtyBridge* b : bridges_) {
       const short events = static_cast<short>(POLLIN | (b->outputBlocked() ? POLLOUT : 0));
       fds.push_back(pollfd{b->descriptor(), events, 0});
@@ -171,10 +172,17 @@ void PtyServer::run(int extraStopFd) {
     const int ready = ::poll(fds.data(), fds.size(), pollTimeoutMs());
     if (ready < 0 && errno != EINTR) return;
     if ((fds[0].revents | fds[1].revents) != 0) return;
+    const std::size_t first = 2 + watches_.size();
     const double now = nowS();
     for (std::size_t i = 0; i < bridges_.size(); ++i) {
-      if (fds[i + 2].revents & (POLLIN | POLLHUP | POLLERR)) bridges_[i]->takeInput(now);
+      if (fds[first + i].revents & (POLLIN | POLLHUP | POLLERR)) bridges_[i]->takeInput(now);
       bridges_[i]->sendDue(now);
+    }
+    // After the bridges, so that a change of the bench never comes between a command that
+    // had arrived and its reply.
+    for (std::size_t i = watches_.size(); i-- > 0;) {
+      if (fds[2 + i].revents != 0 && !watches_[i].onReadable())
+        watches_.erase(watches_.begin() + static_cast<std::ptrdiff_t>(i));
     }
   }
 }

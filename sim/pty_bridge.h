@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -80,6 +81,11 @@ class PtyServer {
   PtyServer& operator=(const PtyServer&) = delete;
 
   void add(PtyBridge& bridge) { bridges_.push_back(&bridge); }
+  // Also watches `fd`: when it becomes readable, onReadable runs in the serving thread (so it
+  // may change the bench) and returns whether to go on watching.
+  void watch(int fd, std::function<bool()> onReadable) {
+    watches_.push_back({fd, std::move(onReadable)});
+  }
   // Serves until requestStop() is called or extraStopFd becomes readable (a signal descriptor,
   // say); -1 for none.
   void run(int extraStopFd = -1);
@@ -95,6 +101,11 @@ class PtyServer {
   double speed_;
   double startS_;
   std::vector<PtyBridge*> bridges_;
+  struct Watch {
+    int fd;
+    std::function<bool()> onReadable;
+  };
+  std::vector<Watch> watches_;
   int stopPipe_[2] = {-1, -1};
 };
 

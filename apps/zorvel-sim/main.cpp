@@ -8,6 +8,8 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
+#include <cctype>
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -134,6 +136,76 @@ int stopSignalDescriptor() {
   return signalfd(-1, &stopSignals, SFD_CLOEXEC);
 }
 
+// The operator's change of cuvette, which the program cannot see through the ports: a line
+// "next" on standard input or SIGUSR1 puts the next queued cuvette in the holder, and what is
+// in the holder now is printed.
+class CuvetteChanger {
+ public:
+  explicit CuvetteChanger(sim::Bench& bench) : bench_(bench) {
+    sigset_t change;
+    sigemptyset(&change);
+    sigaddset(&change, SIGUSR1);
+    sigprocmask(SIG_BLOCK, &change, nullptr);
+    signalFd_ = signalfd(-1, &change, SFD_CLOEXEC);
+    // Run in the background of a shell, reading the terminal ends the watch instead of
+    // stopping the simulator.
+    signal(SIGTTIN, SIG_IGN);
+  }
+  ~CuvetteChanger() {
+    if (signalFd_ >= 0) close(signalFd_);
+  }
+  CuvetteChanger(const CuvetteChanger&) = delete;
+  CuvetteChanger& operator=(const CuvetteChanger&) = delete;
+
+  void watchWith(sim::PtyServer& server) {
+    if (signalFd_ >= 0) server.watch(signalFd_, [this] { return takeSignal(); });
+    server.watch(STDIN_FILENO, [this] { return takeInput(); });
+  }
+
+ private:
+  bool takeSignal() {
+    signalfd_siginfo info;
+    if (read(signalFd_, &info, sizeof info) == static_cast<ssize_t>(sizeof info)) change();
+    return true;
+  }
+  // False at the end of the input: the watch ends, the signal still works.
+  bool takeInput() {
+    char bytes[256];
+    const ssize_t n = read(STDIN_FILENO, bytes, sizeof bytes);
+    if (n <= 0) return n < 0 && errno == EINTR;
+    pending_.append(bytes, static_cast<std::size_t>(n));
+    for (std::size_t eol = pending_.find('\n'); eol != std::string::npos;
+         eol = pending_.find('\n')) {
+      std::string line = pending_.substr(0, eol);
+      pending_.erase(0, eol + 1);
+      while (!line.empty() && std::isspace(static_cast<unsigned char>(line.back())))
+        line.pop_back();
+      if (line == "next") {
+        change();
+      } else if (!line.empty()) {
+        std::fprintf(stderr, "zorvel-sim: \"%s\" is not a command; \"next\" changes the cuvette\n",
+                     line.c_str());
+      }
+    }
+    return true;
+  }
+  void change() {
+    const bool changed = bench_.putNextCuvette();
+    const std::string& label = bench_.cuvette.label;
+    const char* name = label.empty() ? "(no label)" : label.c_str();
+    if (changed) {
+      std::printf("cuvette in the holder: %s\n", name);
+    } else {
+      std::printf("no cuvette left; %s stays in the holder\n", name);
+    }
+    std::fflush(stdout);
+  }
+
+  sim::Bench& bench_;
+  int signalFd_ = -1;
+  std::string pending_;
+};
+
 using Bridges = std::vector<std::unique_ptr<sim::PtyBridge>>;
 
 // Puts each instrument of the rig on a pseudo-terminal of its own and says where.
@@ -196,6 +268,8 @@ int serve(const SimOptions& options) {
     std::fprintf(stderr, "zorvel-sim: cannot write %s\n", PortsFilePathBeside(prf).c_str());
     return 1;
   }
+  CuvetteChanger cuvettes(rig.bench);
+  cuvettes.watchWith(server);
   std::fflush(stdout);
   server.run(stopFd);
   if (stopFd >= 0) close(stopFd);

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <signal.h>
+
 #include <QProcess>
 #include <filesystem>
 #include <map>
@@ -37,7 +39,8 @@ class SimulatorProcess : public ::testing::Test {
     prefs.AutoSampComPort = 1;
     prefs.BaseDirectoryPath = dir_;
     ASSERT_TRUE(WritePreferencesFile(dir_ + "ZORVEL.PRF", prefs));
-    sim_.start(ZORVEL_SIM_EXECUTABLE, {"--dir", QString::fromStdString(dir_), "--speed", "20"});
+    sim_.start(ZORVEL_SIM_EXECUTABLE,
+               QStringList{"--dir", QString::fromStdString(dir_), "--speed", "20"} + extra_);
     ASSERT_TRUE(sim_.waitForStarted(5000));
     while (listing_.size() < 3 && sim_.waitForReadyRead(5000)) {
       while (sim_.canReadLine()) {
@@ -60,6 +63,7 @@ class SimulatorProcess : public ::testing::Test {
   }
 
   std::string dir_ = testing::makeTempDir("e2e-pty");
+  QStringList extra_;  // more arguments for zorvel-sim
   QProcess sim_;
   std::map<std::string, std::pair<std::string, std::string>> listing_;
   PortMap ports_;
@@ -130,6 +134,50 @@ TEST_F(SimulatorProcess, AVanishedSimulatorIsReportedOnceAndNeverWaitedOn) {
   EXPECT_NE(person_.messages()[0].text.find("COM2 (" + listing_["fluorimeter"].second + ")"),
             std::string::npos)
       << person_.messages()[0].text;
+}
+
+// zorvel-sim with three cuvettes queued: none, some and twice as much of one dye.
+class CuvetteQueue : public SimulatorProcess {
+ protected:
+  void SetUp() override {
+    testing::writeFile(
+        dir_ + "bench.txt",
+        "cuvette blank:\ncuvette one: Yellow-Green=1\ncuvette two: Yellow-Green=2\n");
+    extra_ = {"--bench", QString::fromStdString(dir_ + "bench.txt")};
+    SimulatorProcess::SetUp();
+  }
+  // What zorvel-sim says after the operator's change of cuvette.
+  std::string nextSaid() {
+    while (!sim_.canReadLine() && sim_.waitForReadyRead(5000)) {
+    }
+    return sim_.readLine().trimmed().toStdString();
+  }
+  double read(FluorimeterLink& fluorimeter) {
+    EXPECT_EQ(fluorimeter.IssueCommand("$GM 493.0,515.0", StatusReader::Command),
+              LinkFailure::None);
+    const Reading r = fluorimeter.TakeReading(493.0, 515.0, 1.0f, fluor::AcceptanceRule::Exact);
+    EXPECT_EQ(r.failure, LinkFailure::None);
+    return r.intensity;
+  }
+};
+
+TEST_F(CuvetteQueue, NextOnStandardInputOrSigusr1PutsTheNextCuvetteInTheHolder) {
+  auto line = lineFor(InstrumentKind::Fluorimeter, 2);
+  FluorimeterLink fluorimeter(*line, clock_, person_, links_, 1);
+  ASSERT_EQ(fluorimeter.OpenFluorimeterPort(), LinkFailure::None);
+  ASSERT_EQ(fluorimeter.IssueCommand("$RE 0", StatusReader::Command), LinkFailure::None);
+  const double blank = read(fluorimeter);
+  sim_.write("next\n");
+  EXPECT_EQ(nextSaid(), "cuvette in the holder: one");
+  const double one = read(fluorimeter);
+  ::kill(static_cast<pid_t>(sim_.processId()), SIGUSR1);
+  EXPECT_EQ(nextSaid(), "cuvette in the holder: two");
+  const double two = read(fluorimeter);
+  EXPECT_LT(blank * 5, one);
+  EXPECT_NEAR(two / one, 2.0, 0.3);
+  sim_.write("next\n");
+  EXPECT_EQ(nextSaid(), "no cuvette left; two stays in the holder");
+  EXPECT_TRUE(person_.messages().empty());
 }
 
 TEST(SimulatorOptions, ABadBenchFileIsNamedLineByLineAndNothingIsServed) {
