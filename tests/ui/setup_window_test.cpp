@@ -45,6 +45,7 @@ class SetupWindowTest : public ::testing::Test {
 TEST_F(SetupWindowTest, AutosamplerChecksThenOkWritesTheFile) {
   window->show();
   EXPECT_EQ(window->windowTitle(), "ZORVEL Setup");
+  child<QWidget>(&*window, "Devices_Frame");  // the serial devices present, beside the ports
   click("AutoSampler_Box");
   EXPECT_TRUE(child<QWidget>(&*window, "Plate_Frame")->isVisible());
   EXPECT_TRUE(child<QWidget>(&*window, "ASCom_Frame")->isVisible());

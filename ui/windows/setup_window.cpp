@@ -15,6 +15,9 @@
 #include <QStorageInfo>
 #include <QVBoxLayout>
 
+#include "ui/platform/serial_devices.h"
+#include "ui/windows/serial_devices_frame.h"
+
 namespace zorvel::ui {
 
 SetupWindow::SetupWindow(AppState& state, Operator& op,
@@ -59,6 +62,7 @@ QLayout* SetupWindow::buildInstrumentColumn() {
   left->addWidget(flFrame);
   left->addWidget(dilFrame_);
   left->addWidget(asFrame_);
+  left->addWidget(new SerialDevicesFrame(PresentSerialDevices()));
   left->addWidget(printer_);
   left->addWidget(autosampler_);
   left->addStretch();
