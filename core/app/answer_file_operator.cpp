@@ -6,14 +6,15 @@ namespace zorvel {
 
 namespace {
 
-// Line breaks of a message shown on one console line.
+// Line breaks of a message shown on one console line: each run of them (CR LF, a blank line
+// between paragraphs) becomes one " | ".
 std::string oneLine(const std::string& text) {
   std::string out;
   for (char c : text) {
-    if (c == '\r') {
-      out += " | ";
-    } else if (c != '\n') {
+    if (c != '\r' && c != '\n') {
       out += c;
+    } else if (!out.ends_with(" | ")) {
+      out += " | ";
     }
   }
   return out;

@@ -19,6 +19,11 @@ PatientLine::Words WordsFor(const std::string& instrument) {
           }};
 }
 
+// The line's reason for a failed open as a paragraph of the message; nothing when it has none.
+std::string withReason(const std::string& reason) {
+  return reason.empty() ? reason : "\n\n" + reason;
+}
+
 }  // namespace
 
 ArmPumpLine::ArmPumpLine(SerialLine& line, Clock& clock, Operator& person, std::string instrument)
@@ -33,7 +38,8 @@ LinkFailure ArmPumpLine::ensureOpen() {
   if (line.lost()) return lostLine();
   if (!line.open(PatientLine::kSettings)) {
     if (line.lost()) return lostLine();
-    operator_.message("The " + instrument_ + " port " + line.describe() + " could not be opened.",
+    operator_.message("The " + instrument_ + " port " + line.describe() + " could not be opened." +
+                          withReason(line.openFailure()),
                       kCommunicationErrorTitle, BoxIcon::Exclamation);
     return LinkFailure::LostPort;
   }

@@ -13,6 +13,11 @@ using fluor::kFurtherStatus;
 
 namespace {
 
+// The line's reason for a failed open as a paragraph of the message; nothing when it has none.
+std::string withReason(const std::string& reason) {
+  return reason.empty() ? reason : "\n\n" + reason;
+}
+
 constexpr std::size_t kStatusLineLength = 6;  // four digits, CR, LF
 constexpr std::size_t kStatusLength = 4;
 constexpr int kHaltExitCode = 1;
@@ -26,7 +31,8 @@ const PatientLine::Words kFluorimeterWords{
       return line.lost() ? "The fluorimeter on " + line.describe() +
                                " has been disconnected.  Check its cable and adapter, then start "
                                "again."
-                         : "The fluorimeter port " + line.describe() + " is not open.";
+                         : "The fluorimeter port " + line.describe() + " is not open." +
+                               withReason(line.openFailure());
     },
     [](const SerialLine& line) {
       return "The fluorimeter on " + line.describe() + " has sent nothing for " +

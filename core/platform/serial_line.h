@@ -38,6 +38,9 @@ class SerialLine {
   virtual bool lost() const = 0;
   // Names the port for messages, such as "COM1 (/dev/ttyUSB0)".
   virtual std::string describe() const = 0;
+  // Why the last open() failed, in the user's words (no such device, no permission, in use);
+  // empty when it did not fail or the line cannot tell.
+  virtual std::string openFailure() const { return {}; }
 };
 
 }  // namespace zorvel

@@ -53,6 +53,7 @@ class TracingLine final : public SerialLine {
   void setInputBufferSize(std::size_t size) override;
   bool lost() const override { return inner_->lost(); }
   std::string describe() const override { return inner_->describe(); }
+  std::string openFailure() const override { return inner_->openFailure(); }
 
  private:
   void note(std::string_view marker, std::string_view text);

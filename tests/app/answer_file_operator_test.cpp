@@ -12,14 +12,15 @@ TEST(AnswerFileOperator, AnswersBoxesInOrderAndPrintsThem) {
   script.loadText("# a run\n\nyes\n  text 12 \ncancel\n");
   std::ostringstream out;
   AnswerFileOperator op(script, out);
-  EXPECT_EQ(op.message("Create them?\rReally", "Q", BoxIcon::Question, BoxButtons::YesNo),
+  EXPECT_EQ(op.message("Create them?\rReally\n\nSure", "Q", BoxIcon::Question, BoxButtons::YesNo),
             answer::kYes);
   EXPECT_EQ(op.inputBox("Number?", "Reset", "3"), "12");
   EXPECT_EQ(op.message("Go on?", "Q", BoxIcon::None, BoxButtons::RetryCancel), answer::kCancel);
   EXPECT_FALSE(script.failed());
-  EXPECT_EQ(out.str(),
-            "[Q] Create them? | Really (yes/no)\n  > yes\n[Reset] Number? (text VALUE)\n  > 12\n"
-            "[Q] Go on? (retry/cancel)\n  > cancel\n");
+  EXPECT_EQ(
+      out.str(),
+      "[Q] Create them? | Really | Sure (yes/no)\n  > yes\n[Reset] Number? (text VALUE)\n  > 12\n"
+      "[Q] Go on? (retry/cancel)\n  > cancel\n");
 }
 
 TEST(AnswerFileOperator, AMisfitOrAMissingAnswerFailsSafely) {

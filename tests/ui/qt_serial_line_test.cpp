@@ -1,6 +1,13 @@
 #include "ui/platform/qt_serial_line.h"
 
+#include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
+#include <pwd.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
 #include <QThread>
@@ -168,6 +175,8 @@ TEST(QtSerialLine, RefusesAMissingDeviceOrBadSettingsWithoutCallingItLost) {
   RealClock clock;
   QtSerialLine missing(clock, "COM4", "/dev/zorvel-no-such-port");
   EXPECT_FALSE(missing.open("9600,N,8,1"));
+  EXPECT_EQ(missing.openFailure().rfind("There is no device /dev/zorvel-no-such-port.", 0), 0u)
+      << missing.openFailure();
   EXPECT_FALSE(missing.lost());
   EXPECT_FALSE(missing.write("x"));
   EXPECT_FALSE(missing.waitForCharacters(1, clock.monotonicS() + 5));
@@ -178,6 +187,86 @@ TEST(QtSerialLine, RefusesAMissingDeviceOrBadSettingsWithoutCallingItLost) {
   EXPECT_FALSE(line.open("9600,Q,8,1"));
   EXPECT_FALSE(line.isOpen());
   EXPECT_TRUE(line.open("9600,N,8,1"));
+}
+
+TEST(QtSerialLine, TwoLinesNeverShareAPortAndTheSecondIsToldWhoHoldsIt) {
+  PtyInstrument instrument;
+  instrument.start();
+  const std::string device = instrument.bridge.devicePath();
+  RealClock clock;
+  QtSerialLine first(clock, "COM1", device);
+  QtSerialLine second(clock, "COM2", device);
+  ASSERT_TRUE(first.open("9600,N,8,1"));
+  EXPECT_FALSE(second.open("9600,N,8,1"));
+  EXPECT_NE(second.openFailure().find(device + " is in use by test_ui (process " +
+                                      std::to_string(getpid())),
+            std::string::npos)
+      << second.openFailure();
+  // The terminal is in exclusive mode too: other users' programs are refused by the system.
+  const int other = ::open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+  if (other < 0) {
+    EXPECT_EQ(errno, EBUSY);
+  } else {
+    int exclusive = 0;
+    EXPECT_EQ(::ioctl(other, TIOCGEXCL, &exclusive), 0);
+    EXPECT_EQ(exclusive, 1);
+    ::close(other);
+  }
+  first.close();
+  EXPECT_TRUE(second.open("9600,N,8,1"));
+}
+
+// The open of a device the user may not use, and what the line says of it. Run as an ordinary
+// user in a child process when the tests run as root, who may open anything.
+std::string refusedOpen(const std::string& device) {
+  RealClock clock;
+  if (geteuid() != 0) {
+    ::chmod(device.c_str(), 0);
+    QtSerialLine line(clock, "COM1", device);
+    EXPECT_FALSE(line.open("9600,N,8,1"));
+    return line.openFailure();
+  }
+  const group* dialout = getgrnam("dialout");
+  if (dialout != nullptr && ::chown(device.c_str(), 0, dialout->gr_gid) != 0) return "no chown";
+  ::chmod(device.c_str(), 0660);
+  int pipeFds[2];
+  if (::pipe(pipeFds) != 0) return "no pipe";
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::close(pipeFds[0]);
+    if (::setgroups(0, nullptr) != 0 || ::setgid(65534) != 0 || ::setuid(65534) != 0) _exit(1);
+    QtSerialLine line(clock, "COM1", device);
+    const std::string said = line.open("9600,N,8,1") ? "opened" : line.openFailure();
+    [[maybe_unused]] const ssize_t n = ::write(pipeFds[1], said.data(), said.size());
+    _exit(0);
+  }
+  ::close(pipeFds[1]);
+  std::string said;
+  char bytes[512];
+  for (ssize_t n; (n = ::read(pipeFds[0], bytes, sizeof bytes)) > 0;)
+    said.append(bytes, static_cast<std::size_t>(n));
+  ::close(pipeFds[0]);
+  ::waitpid(child, nullptr, 0);
+  return said;
+}
+
+TEST(QtSerialLine, APortTheUserMayNotUseIsExplainedWithTheGroupToJoin) {
+  PtyInstrument instrument;
+  instrument.start();
+  const std::string device = instrument.bridge.devicePath();
+  const std::string said = refusedOpen(device);
+  struct stat info {};
+  ASSERT_EQ(::stat(device.c_str(), &info), 0);
+  const group* owner = getgrgid(info.st_gid);
+  ASSERT_NE(owner, nullptr);
+  EXPECT_NE(said.find("You may not use " + device + ": it belongs to the group " + owner->gr_name),
+            std::string::npos)
+      << said;
+  EXPECT_NE(said.find(std::string("(sudo adduser ") +
+                      getpwuid(geteuid() == 0 ? 65534 : getuid())->pw_name + " " + owner->gr_name +
+                      "), then log out and in again."),
+            std::string::npos)
+      << said;
 }
 
 }  // namespace

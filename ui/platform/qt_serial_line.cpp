@@ -4,8 +4,11 @@
 #include <QThread>
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 
 #include "core/platform/line_settings.h"
+#include "ui/platform/serial_devices.h"
+#include "ui/platform/serial_open_failure.h"
 
 namespace zorvel::ui {
 
@@ -66,10 +69,23 @@ bool QtSerialLine::open(std::string_view settings) {
   if (port_ && port_->thread() != QThread::currentThread()) port_.reset();
   if (!port_) port_ = std::make_unique<QSerialPort>();
   if (port_->isOpen()) port_->close();
-  port_->setPortName(QString::fromStdString(device_));
-  if (!port_->open(QIODevice::ReadWrite)) return false;
+  openFailure_.clear();
+  // Opened by its real name, so that the lock file is the one other serial programs look for
+  // (LCK..ttyUSB0, not one named after a /dev/serial/by-id link). The port library takes the
+  // lock file and the terminal's exclusive mode: no second program shares the instrument line.
+  std::error_code ec;
+  const auto real = std::filesystem::canonical(device_, ec);
+  port_->setPortName(QString::fromStdString(ec ? device_ : real.string()));
+  if (!port_->open(QIODevice::ReadWrite)) {
+    const OpenRefusal refusal{port_->error() == QSerialPort::PermissionError,
+                              port_->errorString().toStdString()};
+    openFailure_ =
+        ExplainSerialOpenFailure(device_, refusal, PresentSerialDevices(), SerialLockFolders());
+    return false;
+  }
   if (!applySettings(*port_, *parsed)) {
     port_->close();
+    openFailure_ = device_ + " refuses the line settings " + std::string(settings) + ".";
     return false;
   }
   return true;

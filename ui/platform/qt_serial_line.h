@@ -36,6 +36,7 @@ class QtSerialLine final : public SerialLine {
   void setInputBufferSize(std::size_t size) override { inputBufferSize_ = size; }
   bool lost() const override { return lost_; }
   std::string describe() const override { return comName_ + " (" + device_ + ")"; }
+  std::string openFailure() const override { return openFailure_; }
 
   std::size_t inputBufferSize() const { return inputBufferSize_; }
 
@@ -49,6 +50,7 @@ class QtSerialLine final : public SerialLine {
   std::string comName_;
   std::string device_;
   std::unique_ptr<QSerialPort> port_;
+  std::string openFailure_;
   std::size_t inputBufferSize_ = 1024;
   bool lost_ = false;
 };
