@@ -51,7 +51,9 @@ std::optional<SimOptions> parseOptions(const QCoreApplication& app, int* exitSta
   parser.setApplicationDescription(
       QString("Serves the fluorimeter, the autosampler arm and the pump on pseudo-terminals,\n"
               "writes DIR/ZORVEL.PORTS pointing the COM ports of DIR/ZORVEL.PRF at them,\n"
-              "and runs until interrupted (the previous ports file is put back then).\n\n") +
+              "and runs until interrupted (the previous ports file is put back then).\n"
+              "A line \"next\" on standard input, or SIGUSR1, puts the next cuvette in the\n"
+              "holder and prints which one is there.\n\n") +
       QString::fromUtf8(sim::BenchFileHelp().data(),
                         static_cast<qsizetype>(sim::BenchFileHelp().size())));
   parser.addOption({"dir", "Folder holding ZORVEL.PRF; ZORVEL.PORTS is written there.", "DIR"});
