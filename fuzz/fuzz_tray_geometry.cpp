@@ -9,7 +9,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace zorvel;
   TrayGeometry tray;
-  ParseTrayGeometry(std::string_view(reinterpret_cast<const char*>(data), size), tray);
+  ParseTrayGeometry(std::string_view(reinterpret_cast<const char*>(data), size), "fuzz.tgf", tray);
   if (tray.positionCount < 0 || tray.positionCount > kMaxTrayPosition + 1) __builtin_trap();
   std::int16_t largest = 0;
   for (int k = 0; k < tray.positionCount; ++k) {

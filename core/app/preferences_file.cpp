@@ -49,10 +49,9 @@ void SetDirectoriesFromBase(AppState& state) {
 }
 
 bool LoadPlateFile(AppState& state, Operator& op, const std::string& path) {
-  if (LoadTrayGeometry(path, state.Tray)) return true;
-  state.Tray = TrayGeometry{};
-  op.message("The plate description file " + path + " could not be read.", "ZORVEL ERROR",
-             BoxIcon::Exclamation);
+  const TrayLoadResult loaded = LoadTrayGeometry(path, state.Tray);
+  if (loaded) return true;
+  op.message(loaded.message, "ZORVEL ERROR", BoxIcon::Exclamation);
   return false;
 }
 

@@ -1,55 +1,130 @@
 #include "core/autosampler/tray_geometry_file.h"
 
+#include <array>
 #include <string_view>
-#include <vector>
 
 #include "core/files/file_output.h"
+
 #include "core/text/number_format.h"
 
 namespace zorvel {
 
 namespace {
 
-// Free-format input: values separated by commas, blanks, tabs or line ends.
-std::vector<std::string_view> freeFormatValues(std::string_view text) {
-  std::vector<std::string_view> values;
-  std::size_t i = 0;
-  while (i < text.size()) {
-    while (i < text.size() && (text[i] == ',' || text[i] == ' ' || text[i] == '\t' ||
-                               text[i] == '\r' || text[i] == '\n'))
-      ++i;
-    const std::size_t start = i;
-    while (i < text.size() && text[i] != ',' && text[i] != ' ' && text[i] != '\t' &&
-           text[i] != '\r' && text[i] != '\n')
-      ++i;
-    if (i > start) values.push_back(text.substr(start, i - start));
-  }
-  return values;
+bool isSeparator(char c) {
+  return c == ',' || c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
+
+// Collects the free-format values of a file into records of three, remembering the line on
+// which each record begins.
+class RecordReader {
+ public:
+  RecordReader(const std::string& fileName, TrayGeometry& tray)
+      : fileName_(fileName), tray_(tray) {}
+
+  // False once the file has been refused; the rest of it is then not read.
+  bool takeLine(std::string_view line, int lineNumber) {
+    std::size_t i = 0;
+    while (i < line.size()) {
+      while (i < line.size() && isSeparator(line[i])) ++i;
+      const std::size_t start = i;
+      while (i < line.size() && !isSeparator(line[i])) ++i;
+      if (i > start && !takeValue(line.substr(start, i - start), lineNumber)) return false;
+    }
+    return true;
+  }
+
+  bool finish() {
+    if (filled_ == 0) return true;
+    return refuse(recordLine_, "a position needs three numbers (X, Y and its number)");
+  }
+
+  const std::string& message() const { return message_; }
+
+ private:
+  bool takeValue(std::string_view value, int lineNumber) {
+    if (filled_ == 0) {
+      recordLine_ = lineNumber;
+      if (tray_.positionCount > kMaxTrayPosition) {
+        return refuse(lineNumber, "more than " + text::fixed(kMaxTrayPosition + 1.0, 0) +
+                                      " positions; the tray holds positions 0 to " +
+                                      text::fixed(static_cast<double>(kMaxTrayPosition), 0));
+      }
+    }
+    const auto number = text::parseNumber(value);
+    if (!number) {
+      return refuse(lineNumber, "\"" + std::string(value) + "\" is not a number");
+    }
+    values_[static_cast<std::size_t>(filled_++)] = *number;
+    return filled_ < 3 || storeRecord();
+  }
+
+  bool storeRecord() {
+    filled_ = 0;
+    const double x = values_[0];
+    const double y = values_[1];
+    if (x < 0 || x > kArmReachXMm || y < 0 || y > kArmReachYMm) {
+      return refuse(recordLine_, "X " + text::plain(x) + ", Y " + text::plain(y) +
+                                     " lies outside the arm's reach (X 0 to " +
+                                     text::plainSingle(kArmReachXMm) + ", Y 0 to " +
+                                     text::plainSingle(kArmReachYMm) + " mm)");
+    }
+    const auto tube = text::toInt16(values_[2]);
+    if (!tube)
+      return refuse(recordLine_,
+                    "the position number " + text::plain(values_[2]) + " is not a tube number");
+    TrayPosition& p = tray_.positions[static_cast<std::size_t>(tray_.positionCount++)];
+    p.X = static_cast<float>(x);
+    p.Y = static_cast<float>(y);
+    p.Number = *tube;
+    if (p.Number > tray_.TubeCount) tray_.TubeCount = p.Number;
+    return true;
+  }
+
+  bool refuse(int lineNumber, const std::string& why) {
+    message_ = "The tray geometry file " + fileName_ + ", line " +
+               text::fixed(static_cast<double>(lineNumber), 0) + ": " + why + ".";
+    return false;
+  }
+
+  const std::string& fileName_;
+  TrayGeometry& tray_;
+  std::array<double, 3> values_{};
+  int filled_ = 0;
+  int recordLine_ = 0;
+  std::string message_;
+};
 
 }  // namespace
 
-void ParseTrayGeometry(std::string_view text, TrayGeometry& tray) {
+TrayLoadResult ParseTrayGeometry(std::string_view text, const std::string& fileName,
+                                 TrayGeometry& tray) {
   tray = TrayGeometry{};
-  const auto values = freeFormatValues(text);
-  std::int16_t largest = 0;
-  for (std::size_t k = 0; k + 2 < values.size() && tray.positionCount <= kMaxTrayPosition; k += 3) {
-    TrayPosition& p = tray.positions[static_cast<std::size_t>(tray.positionCount)];
-    // A value that is not a number reads as 0, as sequential numeric input does.
-    p.X = static_cast<float>(text::parseNumber(values[k]).value_or(0.0));
-    p.Y = static_cast<float>(text::parseNumber(values[k + 1]).value_or(0.0));
-    p.Number = text::toInt16(text::parseNumber(values[k + 2]).value_or(0.0)).value_or(0);
-    if (p.Number > largest) largest = p.Number;
-    ++tray.positionCount;
+  RecordReader reader(fileName, tray);
+  int lineNumber = 0;
+  bool ok = true;
+  std::size_t start = 0;
+  while (ok && start < text.size()) {
+    std::size_t end = text.find('\n', start);
+    if (end == std::string_view::npos) end = text.size();
+    ok = reader.takeLine(text.substr(start, end - start), ++lineNumber);
+    start = end + 1;
   }
-  tray.TubeCount = largest;
+  if (ok) ok = reader.finish();
+  if (!ok) {
+    tray = TrayGeometry{};
+    return TrayLoadResult{false, reader.message()};
+  }
+  return TrayLoadResult{true, {}};
 }
 
-bool LoadTrayGeometry(const std::string& path, TrayGeometry& tray) {
+TrayLoadResult LoadTrayGeometry(const std::string& path, TrayGeometry& tray) {
   std::string text;
-  if (!ReadWholeFile(path, text)) return false;
-  ParseTrayGeometry(text, tray);
-  return true;
+  if (!ReadWholeFile(path, text)) {
+    tray = TrayGeometry{};
+    return TrayLoadResult{false, "The tray geometry file " + path + " could not be read."};
+  }
+  return ParseTrayGeometry(text, path, tray);
 }
 
 }  // namespace zorvel

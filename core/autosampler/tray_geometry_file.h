@@ -7,11 +7,21 @@
 
 namespace zorvel {
 
+// The outcome of reading a tray geometry file. A refused file leaves an empty tray, and the
+// message names the file and the line that was refused.
+struct TrayLoadResult {
+  bool loaded = false;
+  std::string message;
+  explicit operator bool() const { return loaded; }
+};
+
 // Reads a tray geometry file: free-format numbers, three to a record (X, Y, Number), the first
-// record being position 0. Records past position 500 are ignored. False when the file cannot
-// be opened; a trailing incomplete record is dropped.
-bool LoadTrayGeometry(const std::string& path, TrayGeometry& tray);
-// The same from text already in memory (used by the loader and by the fuzz target).
-void ParseTrayGeometry(std::string_view text, TrayGeometry& tray);
+// record being position 0. A file that cannot be read, a record that is not three numbers, a
+// position outside the arm's reach or a 502nd record is refused; the reading stops there, so
+// nothing past the table is looked at.
+TrayLoadResult LoadTrayGeometry(const std::string& path, TrayGeometry& tray);
+// The same from text already in memory; fileName only names the file in the message.
+TrayLoadResult ParseTrayGeometry(std::string_view text, const std::string& fileName,
+                                 TrayGeometry& tray);
 
 }  // namespace zorvel

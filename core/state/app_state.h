@@ -8,6 +8,7 @@
 #include "core/state/link_state.h"
 #include "core/state/method_settings.h"
 #include "core/state/preferences.h"
+#include "core/state/pump_steps.h"
 #include "core/state/tray_geometry.h"
 
 namespace zorvel {
@@ -55,6 +56,7 @@ struct AppState {
 
   TrayGeometry Tray;
   LinkState Links;
+  PumpSteps Steps;  // the sample cycle's strokes, from the autosampler volumes
   RunFlags Flags;
 };
 

@@ -13,6 +13,9 @@ struct TrayPosition {
 };
 
 inline constexpr int kMaxTrayPosition = 500;
+// How far the arm reaches, in millimetres from its home corner.
+inline constexpr float kArmReachXMm = 302.0f;
+inline constexpr float kArmReachYMm = 181.0f;
 
 // Where each tube of the tray lies for the arm; position 0 is the rinse station.
 struct TrayGeometry {
