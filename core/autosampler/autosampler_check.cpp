@@ -122,4 +122,14 @@ bool ValidateAutosamplerSettings(AutosamplerSettings& settings, std::int16_t tub
   return faults.empty();
 }
 
+bool ValidateAutosamplerSettings(AutosamplerSettings& settings, std::int16_t tubeCount,
+                                 float& stepsPerMicrolitre, PumpSteps& steps, Operator& person,
+                                 const AutosamplerWindowOffer& offer) {
+  if (ValidateAutosamplerSettings(settings, tubeCount, stepsPerMicrolitre, steps, person)) {
+    return true;
+  }
+  if (!offer.everOpened && offer.openWindow) offer.openWindow();
+  return false;
+}
+
 }  // namespace zorvel

@@ -39,4 +39,17 @@ bool ValidateAutosamplerSettings(AutosamplerSettings& settings, std::int16_t tub
                                  float& stepsPerMicrolitre, PumpSteps& steps, Operator& person,
                                  const std::function<void(AutosamplerField)>& corrected = {});
 
+// Opening the autosampler window after a failed whole check, once per program run.
+struct AutosamplerWindowOffer {
+  bool& everOpened;                  // set whenever the window opens
+  std::function<void()> openWindow;  // opens it, and sets everOpened
+};
+
+// The whole check as the method editor's "Save" and "OK" run it: when it fails and the
+// autosampler window has never been opened, the window is opened so that the operator can
+// correct the settings.
+bool ValidateAutosamplerSettings(AutosamplerSettings& settings, std::int16_t tubeCount,
+                                 float& stepsPerMicrolitre, PumpSteps& steps, Operator& person,
+                                 const AutosamplerWindowOffer& offer);
+
 }  // namespace zorvel

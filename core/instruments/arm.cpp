@@ -62,9 +62,10 @@ LinkFailure Arm::MoveArmToTube(std::int16_t tube) {
     links_.CurrentArmTube = -1;
     return done;
   }
-  const ArmPoint target = ArmTargetFor(tray_, tube, placement_.ArmOffsetX, placement_.ArmOffsetY);
-  placement_.ArmX = target.x;
-  placement_.ArmY = target.y;
+  const ArmPoint target =
+      ArmTargetFor(tray_, tube, links_.Placement.ArmOffsetX, links_.Placement.ArmOffsetY);
+  links_.Placement.ArmX = target.x;
+  links_.Placement.ArmY = target.y;
   if (tube == links_.CurrentArmTube) return LinkFailure::None;
   const LinkFailure done = SendArmCommand(ArmMoveCommand(target.x, target.y));
   if (done != LinkFailure::None) {

@@ -13,15 +13,6 @@
 
 namespace zorvel {
 
-// Where the arm was last sent and the tray calibration. The offsets hold for every later move,
-// a tray run's included, until the operator calibrates again.
-struct ArmPlacement {
-  float ArmX = 0;  // last commanded position, mm
-  float ArmY = 0;
-  float ArmOffsetX = 0;  // added to the tray's coordinates of every position
-  float ArmOffsetY = 0;
-};
-
 // The autosampler arm: moves the probe over the tray and lowers it into a tube. The arm
 // answers a command once it is done; its probe height and tube are kept in LinkState so that
 // a move to where the arm already is costs nothing.
@@ -42,8 +33,9 @@ class Arm {
   // Moves over a tray position (0 to 500), or home with -1.
   LinkFailure MoveArmToTube(std::int16_t tube);
 
-  ArmPlacement& placement() { return placement_; }
-  const ArmPlacement& placement() const { return placement_; }
+  ArmPlacement& placement() { return links_.Placement; }
+  const ArmPlacement& placement() const { return links_.Placement; }
+  bool isOpen() const { return link_.isOpen(); }
 
   // A reply is taken as whole once the line has been quiet this long after a character.
   static constexpr double kReplyGapS = 0.05;
@@ -54,7 +46,6 @@ class Arm {
   ArmPumpLine link_;
   LinkState& links_;
   const TrayGeometry& tray_;
-  ArmPlacement placement_;
 };
 
 }  // namespace zorvel

@@ -26,6 +26,7 @@ enum class PaletteColour : std::uint8_t {
 // Run-state flags cleared at start-up; each is owned by the window named beside it.
 struct RunFlags {
   bool AutosamplerPortOpen = false;       // autosampler window: the arm and pump ports are open
+  bool AutosamplerWindowOpened = false;   // autosampler window: opened at least once
   bool BlankPending = false;              // run: a solvent blank is due before the pures
   bool ShowControlsOnActivation = false;  // main window: show the method controls next time
 };

@@ -129,5 +129,20 @@ TEST_F(WholeCheck, ValidateShowsEachFaultThenTellsTheBox) {
   EXPECT_TRUE(ValidateAutosamplerSettings(s, 96, spm, steps, person));
 }
 
+TEST_F(WholeCheck, AFailedCheckOpensTheWindowOnlyWhenItWasNeverOpen) {
+  ScriptedOperator person;
+  bool everOpened = false;
+  int opened = 0;
+  const AutosamplerWindowOffer offer{everOpened, [&] {
+                                       ++opened;
+                                       everOpened = true;
+                                     }};
+  s.FillSpeed = 50;
+  EXPECT_FALSE(ValidateAutosamplerSettings(s, 96, spm, steps, person, offer));
+  s.FillSpeed = 50;
+  EXPECT_FALSE(ValidateAutosamplerSettings(s, 96, spm, steps, person, offer));
+  EXPECT_EQ(opened, 1);
+}
+
 }  // namespace
 }  // namespace zorvel

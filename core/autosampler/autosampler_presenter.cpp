@@ -1,0 +1,361 @@
+#include "core/autosampler/autosampler_presenter.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "core/autosampler/autosampler_check.h"
+#include "core/autosampler/field_rules.h"
+#include "core/autosampler/tray_geometry_file.h"
+#include "core/files/paths.h"
+#include "core/instruments/arm_protocol.h"
+#include "core/text/number_format.h"
+
+namespace zorvel {
+
+namespace {
+
+std::string whole(int value) {
+  return text::fixed(static_cast<double>(value), 0);
+}
+
+bool isVolume(AutosamplerField field) {
+  return field == AutosamplerField::SampleVolume || field == AutosamplerField::BackFlow ||
+         field == AutosamplerField::AirVolume;
+}
+
+bool shapesTheTray(AutosamplerField field) {
+  return field == AutosamplerField::StartingTube || field == AutosamplerField::EndingTube ||
+         field == AutosamplerField::StandardTube || field == AutosamplerField::BlankTube;
+}
+
+// A height choice: the probe height it selects and the position the arm goes to.
+struct HeightChoice {
+  std::int16_t height;
+  std::int16_t position;
+};
+
+HeightChoice heightChoice(const AutosamplerSettings& s, int index, std::int16_t targetTube) {
+  switch (index) {
+    case 1:
+    case 4:
+      return {s.RinseHeight, 0};
+    case 2:
+    case 5:
+      return {s.StandardHeight, s.StandardTube};
+    case 7:
+      return {s.TubeHeight, s.EndingTube};
+    case 8:
+      return {s.TubeHeight, targetTube};
+    case 9:
+      return {s.BackFillHeight, s.StartingTube};
+    case 10:
+      return {s.StandardBFHeight, s.StandardTube};
+    default:  // 3 "Samples", 6 "Start Tube"
+      return {s.TubeHeight, s.StartingTube};
+  }
+}
+
+std::string lowerCased(std::string path) {
+  std::transform(path.begin(), path.end(), path.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return path;
+}
+
+}  // namespace
+
+AutosamplerPresenter::AutosamplerPresenter(MaintenanceRig rig, std::string methodsDirectory,
+                                           AutosamplerView& view, AutosamplerHooks hooks)
+    : rig_(rig),
+      methodsDirectory_(std::move(methodsDirectory)),
+      view_(view),
+      hooks_(std::move(hooks)),
+      sequences_(rig, SequenceHooks{{},
+                                    [this] { showArm(); },
+                                    [this](AutosamplerField f) {
+                                      showField(f);
+                                      view_.selectFieldText(f);
+                                    }}) {}
+
+void AutosamplerPresenter::showField(AutosamplerField field) {
+  view_.setFieldText(field, whole(FieldValue(rig_.settings, field)));
+  if (shapesTheTray(field)) view_.trayChanged();
+}
+
+void AutosamplerPresenter::showArm() {
+  view_.showArmPosition(rig_.links.Placement.ArmX, rig_.links.Placement.ArmY);
+}
+
+void AutosamplerPresenter::showSelectedHeight() {
+  view_.setHeightText(whole(selectedHeight_));
+}
+
+void AutosamplerPresenter::error(const std::string& text) {
+  rig_.person.message(text, kZorvelErrorTitle, BoxIcon::Exclamation);
+}
+
+void AutosamplerPresenter::showStandardAndBlank() {
+  const AutosamplerSettings& s = rig_.settings;
+  view_.setChecked(AutosamplerCheckBox::Standard, s.HasStandard);
+  view_.setChecked(AutosamplerCheckBox::Blank, s.HasBlank);
+  view_.setStandardBoxesVisible(s.HasStandard);
+  view_.setBlankBoxesVisible(s.HasBlank);
+  view_.setFreqCaptionVisible(s.HasStandard || s.HasBlank);
+  view_.trayChanged();
+}
+
+void AutosamplerPresenter::opened() {
+  const AutosamplerSettings& s = rig_.settings;
+  for (int k = 0; k < kAutosamplerFieldCount; ++k) showField(static_cast<AutosamplerField>(k));
+  view_.setOption(AutosamplerGroup::SyringeVolume, s.SyringeVolume);
+  view_.setOption(AutosamplerGroup::Resolution, s.Resolution);
+  view_.setOption(AutosamplerGroup::PumpDirection, s.PumpDirection);
+  view_.setOption(AutosamplerGroup::SampleDisposition, s.SampleDisposition);
+  showStandardAndBlank();
+  stepIncrementMm_ = 10;
+  view_.setOption(AutosamplerGroup::Increment, 10);
+  mode_ = kPositionCalibrate;
+  showSelectedHeight();
+  view_.setSavePositionEnabled(!positionSaved_);
+  showArm();
+}
+
+void AutosamplerPresenter::moveToStartingTube() {
+  sequences_.moveTo(rig_.settings.StartingTube);
+  rig_.links.CurrentArmHeight = 0;
+}
+
+void AutosamplerPresenter::leave() {
+  sequences_.moveTo(0);
+}
+
+void AutosamplerPresenter::fieldEdited(AutosamplerField field, std::string_view text) {
+  AutosamplerSettings& s = rig_.settings;
+  const FieldEditResult result = ApplyFieldText(s, field, text, rig_.tray.TubeCount);
+  if (result.beep) rig_.person.beep();
+  if (!result.message.empty()) error(result.message);
+  if (result.showValue) view_.setFieldText(field, whole(FieldValue(s, field)));
+  if (result.select) view_.selectFieldText(field);
+  if (isVolume(field)) rig_.steps = ComputePumpSteps(s, rig_.links.StepsPerMicrolitre);
+  if (field == AutosamplerField::StartingTube && hooks_.startingTubeCopied) {
+    hooks_.startingTubeCopied(s.StartingTube);
+  }
+  if (shapesTheTray(field)) view_.trayChanged();
+}
+
+void AutosamplerPresenter::optionChosen(AutosamplerGroup group, int index) {
+  AutosamplerSettings& s = rig_.settings;
+  const auto value = static_cast<std::int16_t>(index);
+  switch (group) {
+    case AutosamplerGroup::SyringeVolume:
+      s.SyringeVolume = value;
+      rig_.links.StepsPerMicrolitre = StepsPerMicrolitreFor(s);
+      rig_.steps = ComputePumpSteps(s, rig_.links.StepsPerMicrolitre);
+      break;
+    case AutosamplerGroup::Resolution:
+      s.Resolution = value;
+      break;
+    case AutosamplerGroup::PumpDirection:
+      s.PumpDirection = value;
+      break;
+    case AutosamplerGroup::SampleDisposition:
+      s.SampleDisposition = value;
+      break;
+    case AutosamplerGroup::Increment:
+      stepIncrementMm_ = static_cast<float>(index);
+      break;
+    case AutosamplerGroup::Height:
+      heightChosen(index);
+      break;
+  }
+}
+
+void AutosamplerPresenter::checkBoxChanged(AutosamplerCheckBox box, bool checked) {
+  (box == AutosamplerCheckBox::Standard ? rig_.settings.HasStandard : rig_.settings.HasBlank) =
+      checked;
+  showStandardAndBlank();
+}
+
+void AutosamplerPresenter::openTrayGeometryFile() {
+  FileDialogRequest request;
+  request.initialDirectory = methodsDirectory_;
+  request.defaultExtension = "TGF";
+  request.filter = "Selected Files (*.TGF)|*.TGF|All files (*.*)|*.*";
+  request.action = FileDialogAction::Open;
+  const std::string path = rig_.person.fileDialog(request);
+  if (path.empty()) return;
+  if (!FileExists(path)) {
+    rig_.person.message("File does not exist", kZorvelErrorTitle);
+    return;
+  }
+  // A refused file leaves the tray the window had.
+  TrayGeometry loaded;
+  const TrayLoadResult result = LoadTrayGeometry(path, loaded);
+  if (!result) {
+    error(result.message);
+    return;
+  }
+  rig_.tray = loaded;
+  if (hooks_.trayFileShown) hooks_.trayFileShown(lowerCased(path));
+  view_.trayChanged();
+}
+
+bool AutosamplerPresenter::done() {
+  return ValidateAutosamplerSettings(rig_.settings, rig_.tray.TubeCount,
+                                     rig_.links.StepsPerMicrolitre, rig_.steps, rig_.person,
+                                     [this](AutosamplerField f) {
+                                       showField(f);
+                                       view_.selectFieldText(f);
+                                     });
+}
+
+void AutosamplerPresenter::manualMove(float xMm, float yMm) {
+  ArmPlacement& at = rig_.links.Placement;
+  at.ArmX = xMm;
+  at.ArmY = yMm;
+  showArm();
+  positionSaved_ = false;
+  view_.setSavePositionEnabled(true);
+  rig_.arm.SendArmCommand(ArmMoveCommand(xMm, yMm));
+  rig_.links.CurrentArmHeight = 0;
+  // The arm now stands over no tube: the next move to any tube, the last one included, is sent.
+  rig_.links.CurrentArmTube = -1;
+}
+
+void AutosamplerPresenter::arrow(ArmArrow which) {
+  const ArmPlacement& at = rig_.links.Placement;
+  const bool vertical = which == ArmArrow::Up || which == ArmArrow::Down;
+  const float sign = which == ArmArrow::Up || which == ArmArrow::Left ? -1.0f : 1.0f;
+  const float moved = (vertical ? at.ArmY : at.ArmX) + sign * stepIncrementMm_;
+  const float limit = vertical ? kArmMaxYMm : kArmMaxXMm;
+  if (moved < 0 || moved > limit) {
+    // The up arrow at the top edge says nothing; every other arrow beeps.
+    if (which != ArmArrow::Up) rig_.person.beep();
+    return;
+  }
+  if (vertical) {
+    manualMove(at.ArmX, moved);
+  } else {
+    manualMove(moved, at.ArmY);
+  }
+}
+
+void AutosamplerPresenter::positionTyped(ArmAxis axis, std::string_view typed) {
+  const auto number = text::parseNumber(typed);
+  if (!number) {
+    rig_.person.beep();
+    error("Non-numeric entry.  Please try again.");
+    return;
+  }
+  const auto value = static_cast<float>(*number);
+  const float limit = axis == ArmAxis::X ? kArmMaxXMm : kArmMaxYMm;
+  if (value < 0 || value > limit) {
+    // Out of the arm's reach: refused without a command.
+    rig_.person.beep();
+    showArm();
+    return;
+  }
+  const ArmPlacement& at = rig_.links.Placement;
+  if (axis == ArmAxis::X) {
+    manualMove(value, at.ArmY);
+  } else {
+    manualMove(at.ArmX, value);
+  }
+}
+
+void AutosamplerPresenter::heightChosen(int index) {
+  const AutosamplerSettings& s = rig_.settings;
+  const HeightChoice choice = heightChoice(s, index, targetTube_);
+  selectedHeight_ = choice.height;
+  showSelectedHeight();
+  // "Samples", "Start Tube" and "Sample Air Fill" go to the calibration tube.
+  mode_ = index == 3 || index == 6 || index == 9 ? kPositionCalibrate : kPositionKeep;
+  sequences_.moveTo(choice.position);
+}
+
+void AutosamplerPresenter::heightTyped(std::string_view typed) {
+  const auto number = text::parseNumber(typed);
+  if (!number) {
+    if (!typed.empty()) error("Answer must be numeric.");
+    return;
+  }
+  const double v = text::roundHalfEven(*number);
+  if (v < 0 || v > kMaxProbeHeight) {
+    error("Range is 0 - 146.  Please try again.");
+    return;
+  }
+  selectedHeight_ = static_cast<std::int16_t>(v);
+}
+
+void AutosamplerPresenter::lowerProbe() {
+  sequences_.lower(selectedHeight_, "chosen");
+}
+
+void AutosamplerPresenter::tubeTyped(std::string_view typed) {
+  const auto number = text::parseNumber(typed);
+  if (!number) {
+    if (typed.empty()) return;
+    rig_.person.beep();
+    error("Non-numeric entry.  Please try again.");
+    return;
+  }
+  const double v = text::roundHalfEven(*number);
+  if (v < 0 || v > rig_.tray.TubeCount) {
+    rig_.person.beep();
+    error("Answer must be between 0 and " + whole(rig_.tray.TubeCount) + ".");
+    return;
+  }
+  targetTube_ = static_cast<std::int16_t>(v);
+}
+
+void AutosamplerPresenter::one() {
+  ArmPlacement& at = rig_.links.Placement;
+  at.ArmOffsetX = 0;
+  at.ArmOffsetY = 0;
+  selectedHeight_ = rig_.settings.BackFillHeight;
+  showSelectedHeight();
+  if (sequences_.moveTo(targetTube_) != LinkFailure::None) return;
+  sequences_.lower(selectedHeight_, "backfill");
+}
+
+void AutosamplerPresenter::locate() {
+  ArmPlacement& at = rig_.links.Placement;
+  at.ArmOffsetX = 0;
+  at.ArmOffsetY = 0;
+  const AutosamplerSettings& s = rig_.settings;
+  for (int tube = s.StartingTube; tube <= s.EndingTube; ++tube) {
+    selectedHeight_ = s.BackFillHeight;
+    showSelectedHeight();
+    if (sequences_.moveTo(static_cast<std::int16_t>(tube)) != LinkFailure::None) return;
+    if (sequences_.lower(selectedHeight_, "backfill") != LinkFailure::None) return;
+  }
+}
+
+void AutosamplerPresenter::savePosition() {
+  if (mode_ == kPositionCalibrate) {
+    ArmPlacement& at = rig_.links.Placement;
+    const TrayPosition& tube = rig_.tray.positions[static_cast<std::size_t>(
+        std::clamp<int>(rig_.settings.StartingTube, 0, kMaxTrayPosition))];
+    at.ArmOffsetX = at.ArmX - tube.X + 4;
+    at.ArmOffsetY = at.ArmY - tube.Y;
+    view_.setSavePositionEnabled(false);
+  } else if (mode_ == kPositionKeep) {
+    positionSaved_ = false;
+    view_.setSavePositionEnabled(false);
+  } else {
+    rig_.person.beep();
+  }
+}
+
+bool AutosamplerPresenter::beginSequence() {
+  if (running_) return false;
+  running_ = true;
+  view_.setSequenceRunning(true);
+  return true;
+}
+
+void AutosamplerPresenter::endSequence() {
+  running_ = false;
+  view_.setSequenceRunning(false);
+}
+
+}  // namespace zorvel
