@@ -14,5 +14,8 @@ int RunAnalysisCommand(Context& context, LineSource& lines);
 int RunWatercellCommand(Context& context, LineSource& lines);
 // --intensity: one intensity reading printed as "0.000".
 int RunIntensityCommand(Context& context, LineSource& lines);
+// --method with --autosampler prime|rinse|volumes|test: one of the autosampler window's
+// maintenance sequences on the arm and dilutor of the preferences.
+int RunAutosamplerCommand(Context& context, LineSource& lines);
 
 }  // namespace zorvel::headless

@@ -45,6 +45,10 @@ std::optional<int> parse(const QStringList& arguments, Options& options) {
       {"data", "A new data set, named by its .FIX (or .SYN) file.", "NEW.fix"},
       {"append", "An existing data set to append to.", "EXISTING.fix"},
       {"first-number", "The first sample number (default 1).", "N"},
+      {"autosampler",
+       "With --method: primes the pump, checks the rinse or the volumes, or flushes once "
+       "(the \"Check Flow Cell\" box is answered from the answer file).",
+       "prime|rinse|volumes|test"},
       {"watercell", "Runs the water-cell check."},
       {"intensity", "Takes one intensity reading."},
       {"ex", "Excitation wavelength, nm.", "N"},
@@ -65,6 +69,7 @@ std::optional<int> parse(const QStringList& arguments, Options& options) {
   options.methodPath = parser.value("method").toStdString();
   options.newDataPath = parser.value("data").toStdString();
   options.appendDataPath = parser.value("append").toStdString();
+  options.autosampler = parser.value("autosampler").toStdString();
   options.watercell = parser.isSet("watercell");
   options.intensity = parser.isSet("intensity");
   options.pmt = parser.value("pmt").toStdString();
@@ -92,6 +97,11 @@ int main(int argc, char** argv) {
   QGuiApplication app(argc, argv);
   const int modes = (options.watercell ? 1 : 0) + (options.intensity ? 1 : 0) +
                     (options.methodPath.empty() ? 0 : 1);
+  if (!options.autosampler.empty() && (options.methodPath.empty() || !options.newDataPath.empty() ||
+                                       !options.appendDataPath.empty())) {
+    std::cerr << "zorvel-run: --autosampler needs --method and no data set\n";
+    return 2;
+  }
   if (modes != 1) {
     std::cerr << "zorvel-run: give exactly one of --method, --watercell, --intensity\n";
     return 2;
@@ -100,5 +110,8 @@ int main(int argc, char** argv) {
   if (!zorvel::headless::StartHeadless(context)) return 1;
   if (options.watercell) return zorvel::headless::RunWatercellCommand(context, context.lines);
   if (options.intensity) return zorvel::headless::RunIntensityCommand(context, context.lines);
+  if (!options.autosampler.empty()) {
+    return zorvel::headless::RunAutosamplerCommand(context, context.lines);
+  }
   return zorvel::headless::RunAnalysisCommand(context, context.lines);
 }
