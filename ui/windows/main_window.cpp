@@ -13,6 +13,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "ui/windows/autosampler_window.h"
 #include "ui/windows/disclaimer_dialog.h"
 #include "ui/windows/intensity_window.h"
 #include "ui/windows/run_window.h"
@@ -62,6 +63,11 @@ void MainWindow::buildMenus() {
   add(machine, {MainMenu::IntensityCheck, "&Intensity Check", "IntensityCheck"});
   QAction* setup =
       add(machine, {MainMenu::SetupFluorimeter, "Setup &Fluorimeter", "SetupFluorimeter"});
+  // "AS Setup" until the method editor carries its own button of that name.
+  asSetup_ = machine->addAction("&AS Setup");
+  asSetup_->setObjectName("ASSetup");
+  asSetup_->setEnabled(false);
+  connect(asSetup_, &QAction::triggered, this, [this] { openAutosampler(); });
   QMenu* controls = menuBar()->addMenu("&Controls");
   add(controls, {MainMenu::ShowExistingControls, "Show Existing Controls", "ShowExistControl"});
   add(controls, {MainMenu::QXMods, "QX Mods", "QXMods"});
@@ -229,6 +235,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 void MainWindow::setInstruments(LineSource* lines) {
   lines_ = lines;
+  asSetup_->setEnabled(lines_ != nullptr);
   for (MainMenu item : {MainMenu::RunWatercell, MainMenu::IntensityCheck}) {
     presenter_.setAvailable(item, lines_ != nullptr);
     actions_.at(item)->setEnabled(presenter_.available(item));
@@ -296,6 +303,22 @@ void MainWindow::openWaterCell() {
 
 void MainWindow::openIntensityCheck() {
   if (auto line = fluorimeterLine()) RunIntensityWindow(state_, op_, clock_, std::move(line), this);
+}
+
+void MainWindow::openAutosampler() {
+  if (lines_ == nullptr) return;
+  auto armLine = lines_->lineFor(InstrumentKind::Arm, state_.Prefs.AutoSampComPort);
+  auto pumpLine = lines_->lineFor(InstrumentKind::Pump, state_.Prefs.DilComPort);
+  if (!armLine || !pumpLine) {
+    op_.message("The autosampler's ports COM" + std::to_string(state_.Prefs.AutoSampComPort) +
+                    " and COM" + std::to_string(state_.Prefs.DilComPort) + " cannot be used.",
+                "ZORVEL COMMUNICATION ERROR", BoxIcon::Exclamation);
+    return;
+  }
+  AutosamplerHooks hooks;
+  hooks.trayFileShown = [this](const std::string& path) { setTrayFile(path, true); };
+  RunAutosamplerWindow(state_, op_, clock_, std::move(armLine), std::move(pumpLine),
+                       std::move(hooks), this);
 }
 
 }  // namespace zorvel::ui

@@ -59,6 +59,7 @@ class MainWindow final : public QMainWindow, public MainView {
   std::unique_ptr<SerialLine> fluorimeterLine();
   void openWaterCell();
   void openIntensityCheck();
+  void openAutosampler();
 
   AppState& state_;
   Operator& op_;
@@ -74,6 +75,7 @@ class MainWindow final : public QMainWindow, public MainView {
   QPushButton* cancel_ = nullptr;
   QPushButton* save_ = nullptr;
   QPushButton* ok_ = nullptr;
+  QAction* asSetup_ = nullptr;
   Clock& clock_;
   Printer& printer_;
   LineSource* lines_ = nullptr;

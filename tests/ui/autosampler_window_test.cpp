@@ -1,0 +1,147 @@
+#include "ui/windows/autosampler_window.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+#include <QToolButton>
+
+#include <gtest/gtest.h>
+
+#include "core/method/method_defaults.h"
+#include "core/platform/scripted_operator.h"
+#include "core/platform/virtual_clock.h"
+#include "sim/arm_sim.h"
+#include "sim/pump_sim.h"
+#include "sim/simulated_line.h"
+#include "support/bytes.h"
+#include "ui/qt_app.h"
+#include "ui/windows/tray_picture.h"
+
+namespace zorvel {
+namespace {
+
+template <typename T>
+T* child(QWidget& parent, const char* name) {
+  T* widget = parent.findChild<T*>(name);
+  EXPECT_NE(widget, nullptr) << name;
+  return widget;
+}
+
+class AutosamplerWindowTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    testing::qtApp();
+    TrayGeometry& tray = state.Tray;
+    tray.positions[0] = TrayPosition{245, 20, 0};
+    for (int k = 1; k <= 6; ++k) {
+      tray.positions[static_cast<std::size_t>(k)] =
+          TrayPosition{20.0f + 18.0f * static_cast<float>(k - 1), 20, static_cast<std::int16_t>(k)};
+    }
+    tray.positionCount = 7;
+    tray.TubeCount = 6;
+    SetAutosamplerDefaults(state.Method.Autosampler, 6);
+    state.Method.Autosampler.StartingTube = 3;
+    state.Method.Autosampler.EndingTube = 5;
+    state.Method.Autosampler.AirDryTime = 1;
+    armModel.setTray(&state.Tray);
+    window = std::make_unique<ui::AutosamplerWindow>(
+        state, op, clock, std::make_unique<sim::SimulatedLine>(clock, armModel, "COM3 (sim)"),
+        std::make_unique<sim::SimulatedLine>(clock, pumpModel, "COM2 (sim)"), AutosamplerHooks{});
+  }
+
+  void settle() {
+    for (int waitedMs = 0; window->working() && waitedMs < 10000; waitedMs += 5) QTest::qWait(5);
+    ASSERT_FALSE(window->working());
+    QCoreApplication::processEvents();
+  }
+  void click(const char* name) { child<QAbstractButton>(*window, name)->click(); }
+  QString text(const char* name) { return child<QLineEdit>(*window, name)->text(); }
+
+  AppState state;
+  ScriptedOperator op;
+  VirtualClock clock;
+  sim::Bench bench;
+  sim::ArmSim armModel{bench};
+  sim::PumpSim pumpModel{bench};
+  std::unique_ptr<ui::AutosamplerWindow> window;
+};
+
+TEST_F(AutosamplerWindowTest, ClickingThroughTheWindowDrivesTheArmAndThePump) {
+  window->show();
+  EXPECT_EQ(window->objectName(), "ASDILUTOR");
+  settle();
+  // Opened over the starting tube, the boxes filled from the method.
+  EXPECT_EQ(armModel.xMm(), 56.0f);
+  EXPECT_EQ(text("XPos"), "56");
+  EXPECT_EQ(window->trayPicture()->armPositionMm(), QPointF(56, 20));
+  EXPECT_EQ(text("SampleVolume"), "750");
+  EXPECT_TRUE(child<QRadioButton>(*window, "Syringe_volume_grp_10")->isChecked());
+  EXPECT_TRUE(child<QRadioButton>(*window, "Incr_grp_10")->isChecked());
+  const ui::TrayPicture* picture = window->trayPicture();
+  EXPECT_EQ(picture->colourOf(0), ui::TrayPicture::rinseColour());
+  EXPECT_EQ(picture->colourOf(1), ui::TrayPicture::standardColour());
+  EXPECT_EQ(picture->colourOf(2), ui::TrayPicture::blankColour());
+  EXPECT_EQ(picture->colourOf(4), ui::TrayPicture::sampleColour());
+  EXPECT_EQ(picture->colourOf(6), ui::TrayPicture::otherColour());
+
+  click("StandardBox");
+  EXPECT_TRUE(child<QLineEdit>(*window, "StandardTube")->isHidden());
+  EXPECT_FALSE(child<QWidget>(*window, "Freq_Label")->isHidden());
+  click("StandardBox");
+
+  // A 5 mL syringe: 5001 is refused and the box reset to 1, its text selected.
+  click("Syringe_volume_grp_5");
+  QLineEdit* volume = child<QLineEdit>(*window, "SampleVolume");
+  volume->selectAll();
+  QTest::keyClicks(volume, "5001");
+  EXPECT_EQ(volume->text(), "1");
+  EXPECT_EQ(volume->selectedText(), "1");
+  ASSERT_EQ(op.messages().size(), 1u);
+  EXPECT_EQ(op.messages()[0].text, "Answer must be in range of 1 - 5000. Please try again.");
+  volume->selectAll();
+  QTest::keyClicks(volume, "750");
+
+  // Locate runs on the worker; meanwhile nothing else can start.
+  click("Locate");
+  EXPECT_FALSE(child<QPushButton>(*window, "PrimePump")->isEnabled());
+  settle();
+  EXPECT_TRUE(child<QPushButton>(*window, "PrimePump")->isEnabled());
+  EXPECT_EQ(armModel.xMm(), 92.0f);
+  EXPECT_EQ(window->trayPicture()->armPositionMm(), QPointF(92, 20));
+  EXPECT_EQ(text("THeight"), "70");
+
+  click("Height_grp_1");
+  settle();
+  click("LowerProbe");
+  settle();
+  EXPECT_EQ(armModel.xMm(), 245.0f);
+  EXPECT_EQ(armModel.probeHeight(), 70.0f);
+
+  click("Incr_grp_1");
+  click("UpArrow");
+  settle();
+  EXPECT_EQ(armModel.yMm(), 19.0f);
+  EXPECT_TRUE(child<QPushButton>(*window, "SavePos")->isEnabled());
+
+  click("PrimePump");
+  settle();
+  EXPECT_EQ(pumpModel.valvePort(), 1);
+  EXPECT_GT(pumpModel.framesAccepted(), 8);
+
+  // Done checks the whole: the 8000 uL flush no longer fits the 5 mL syringe and is cleared.
+  click("OKButton");
+  EXPECT_TRUE(window->isVisible());
+  ASSERT_EQ(op.messages().size(), 2u);
+  EXPECT_EQ(op.messages()[1].text, "Flush volume must be between 0 and 5000.");
+  EXPECT_EQ(text("FlushTime"), "0");
+  click("OKButton");
+  settle();
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_EQ(armModel.xMm(), 245.0f);  // back over the rinse station
+  EXPECT_TRUE(state.Flags.AutosamplerWindowOpened);
+}
+
+}  // namespace
+}  // namespace zorvel

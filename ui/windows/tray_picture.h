@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QPointF>
+#include <QWidget>
+
+#include "core/state/tray_geometry.h"
+#include "core/state/method_settings.h"
+
+namespace zorvel::ui {
+
+// TrayPix: the tray drawn at scale over the arm's reach, every position with its number, the
+// rinse station, the sample range and the standard and blank tubes in their own colours, and a
+// cross where the arm was last sent.
+class TrayPicture final : public QWidget {
+  Q_OBJECT
+ public:
+  TrayPicture(const TrayGeometry& tray, const AutosamplerSettings& settings,
+              QWidget* parent = nullptr);
+
+  void setArmPosition(float xMm, float yMm);
+  QPointF armPositionMm() const { return armMm_; }
+  // Where a point of the arm's reach (mm) lies in the widget.
+  QPointF toWidget(QPointF mm) const;
+
+  static QColor sampleColour() { return QColor(144, 238, 144); }
+  static QColor standardColour() { return QColor(255, 128, 128); }
+  static QColor blankColour() { return QColor(128, 176, 255); }
+  static QColor rinseColour() { return QColor(0, 200, 200); }
+  static QColor otherColour() { return QColor(220, 220, 220); }
+  // The colour a tray position is drawn in.
+  QColor colourOf(int position) const;
+
+  QSize sizeHint() const override { return {420, 260}; }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  double scale() const;
+
+  const TrayGeometry& tray_;
+  const AutosamplerSettings& settings_;
+  QPointF armMm_;
+};
+
+}  // namespace zorvel::ui
