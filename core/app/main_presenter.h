@@ -79,6 +79,8 @@ class MainPresenter {
     bool samplesPresent = false;
   };
   const EditorState& editor() const { return editor_; }
+  // The autosampler window's starting tube is also the first sample number of the next run.
+  void setFirstSampleNumber(int number) { editor_.FirstSampleNumber = number; }
 
  private:
   void enable(MainMenu item, bool enabled);

@@ -317,6 +317,7 @@ void MainWindow::openAutosampler() {
   }
   AutosamplerHooks hooks;
   hooks.trayFileShown = [this](const std::string& path) { setTrayFile(path, true); };
+  hooks.startingTubeCopied = [this](int tube) { presenter_.setFirstSampleNumber(tube); };
   RunAutosamplerWindow(state_, op_, clock_, std::move(armLine), std::move(pumpLine),
                        std::move(hooks), this);
 }
