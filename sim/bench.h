@@ -34,7 +34,10 @@ struct Bench {
   double syringeVolumeUl = 0;
   Sample flowCell;
   bool flowCellFilled = false;
-  // True when readings come from the flow cell (autosampler) rather than the cuvette holder.
+  // Liquid pushed out through the probe, by the tray position under it (0: the rinse station).
+  std::map<int, double> receivedUl;
+  // True when readings come from the flow cell (autosampler) rather than the cuvette holder;
+  // set once the dilutor is initialised.
   bool readFromFlowCell = false;
 
   // The sample the fluorimeter sees now.

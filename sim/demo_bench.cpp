@@ -12,6 +12,8 @@ namespace {
 constexpr std::array<const char*, 5> kColours = {"Blue", "Yellow-Green", "Orange", "Red",
                                                  "Crimson"};
 
+constexpr int kFirstPureTube = 5;
+
 // A mixture whose amounts vary from one sample to the next in a fixed pattern.
 std::string mixture(int n) {
   std::string amounts;
@@ -42,13 +44,19 @@ std::string DemoBenchText() {
     text += "cuvette blank:\n";
     text += "cuvette sample " + text::plain(round) + ":" + mixture(round) + "\n";
   }
+  // The demonstration tray method: the control in tube 1, the blank in tube 2, the pures from
+  // the starting tube 5 on, then samples that differ from tube to tube.
   text += "tube 0 rinse:\n";
+  text += "tube 1 control:" + control() + "\n";
+  text += "tube 2 blank:\n";
+  text += "tube 3 solvent blank:\n";
   for (std::size_t c = 0; c < kColours.size(); ++c) {
-    text += "tube " + text::plain(static_cast<double>(c + 1)) + " pure " + kColours[c] + ": " +
-            kColours[c] + "=1\n";
+    text += "tube " + text::plain(static_cast<double>(c + kFirstPureTube)) + " pure " +
+            kColours[c] + ": " + kColours[c] + "=1\n";
   }
-  for (int tube = 6; tube <= 96; ++tube) {
-    text += "tube " + text::plain(tube) + " sample:" + mixture(tube) + "\n";
+  for (int tube = kFirstPureTube + static_cast<int>(kColours.size()); tube <= 96; ++tube) {
+    text +=
+        "tube " + text::plain(tube) + " sample " + text::plain(tube) + ":" + mixture(tube) + "\n";
   }
   return text;
 }

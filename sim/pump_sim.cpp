@@ -103,6 +103,8 @@ double PumpSim::runPump(std::string_view text) {
   for (const PumpStep& step : program) {
     switch (step.letter) {
       case 'Z':
+        // A dilutor in use means the flow cell sits in the fluorimeter's light path.
+        bench_.readFromFlowCell = true;
         pumpValve_ = 'I';
         durationS += kInitialiseS + plunger_ / StepsPerSecond(10);
         plunger_ = 0;

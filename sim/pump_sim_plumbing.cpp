@@ -48,6 +48,7 @@ void PumpSim::dispense(double volumeUl) {
   if (pumpValve_ == 'I' && throughFlowCell(valvePort_)) {
     bench_.flowCell = bench_.syringe;
     bench_.flowCellFilled = true;
+    if (bench_.armTube >= 0) bench_.receivedUl[bench_.armTube] += liquidUl;
   }
   bench_.syringeVolumeUl -= liquidUl;
   if (bench_.syringeVolumeUl <= 1e-9) {

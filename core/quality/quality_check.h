@@ -14,12 +14,31 @@ enum class CheckKind { Control, Blank };
 // What the check decides about a reading, in the answer codes of the alert's buttons.
 enum class Verdict { Keep = 6, ReadAgain = 7, Abort = 2 };
 
+// A colour of a reading outside its band: the value and the band's limits (mean +/- 3 or 4 SD).
+struct OutOfRange {
+  int colour = 0;  // 1-based
+  float value = 0;
+  double low = 0;
+  double high = 0;
+  int sds = 0;  // 3 or 4
+};
+
+// Where a check with nobody at the bench reports an alert: the reading is kept (verdict 6)
+// instead of asking the operator, and its colours out of range are told here.
+class UnattendedAlerts {
+ public:
+  virtual ~UnattendedAlerts() = default;
+  virtual void alertKept(const std::vector<OutOfRange>& colours) = 0;
+};
+
 // One fixed reading as the check sees it.
 struct CheckedReading {
   CheckKind kind = CheckKind::Control;
   int sampleNumber = 0;
   std::span<const float> readings;  // colours 1..No.Colors
   std::string comment;              // as typed
+  // Set during a tray run: an alert is logged there instead of asking the operator.
+  UnattendedAlerts* unattended = nullptr;
 };
 
 class QualityCheck {

@@ -49,7 +49,8 @@ int QualityChecks::BlankCount() const {
 
 Verdict QualityChecks::check(const CheckedReading& reading) {
   return reading.kind == CheckKind::Control
-             ? CheckControl(reading.readings, reading.sampleNumber, reading.comment)
+             ? CheckControl(reading.readings, reading.sampleNumber, reading.comment,
+                            reading.unattended)
              : CheckBlank(reading.readings, reading.sampleNumber, reading.comment);
 }
 
@@ -97,7 +98,7 @@ void QualityChecks::flag(const QcDatabase& db, std::span<const float> readings, 
 }
 
 Verdict QualityChecks::CheckControl(std::span<const float> readings, int sampleNumber,
-                                    const std::string& comment) {
+                                    const std::string& comment, UnattendedAlerts* unattended) {
   check_ = QcCheckState{};
   check_.cellColours.fill(colourOf(PaletteColour::White));
   if (controls_.count < 2) {
@@ -107,7 +108,12 @@ Verdict QualityChecks::CheckControl(std::span<const float> readings, int sampleN
   flag(controls_, readings, true);
   const bool anyFlagged =
       std::find(check_.flags.begin(), check_.flags.end(), true) != check_.flags.end();
-  if (check_.alert) {
+  if (check_.alert && unattended != nullptr) {
+    // Nobody is at the bench: the reading is kept, its cells painted and the alert logged.
+    ShowQcFlags(false, readings);
+    unattended->alertKept(outOfRange(controls_, readings));
+    check_.alert = false;
+  } else if (check_.alert) {
     const Verdict answer = ShowQcFlags(true, readings);
     if (answer != Verdict::Keep) {
       for (int i = 1; i <= colours() && grid_ != nullptr; ++i)
@@ -147,6 +153,19 @@ Verdict QualityChecks::ShowQcFlags(bool withAlert, std::span<const float> readin
   check_.verdict = static_cast<Verdict>(alert_.ask(snapshotOf(readings)));
   if (check_.verdict != Verdict::Keep && grid_ != nullptr) grid_->labelRow("NS");
   return check_.verdict;
+}
+
+std::vector<OutOfRange> QualityChecks::outOfRange(const QcDatabase& db,
+                                                  std::span<const float> readings) const {
+  std::vector<OutOfRange> out;
+  for (int i = 1; i <= colours(); ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    if (!check_.flags[at]) continue;
+    const ColourStatistics& s = db.stats[at];
+    const int sds = check_.cellColours[at] == colourOf(PaletteColour::LightGreen) ? 3 : 4;
+    out.push_back({i, readingOf(readings, i), s.mean - sds * s.sd, s.mean + sds * s.sd, sds});
+  }
+  return out;
 }
 
 void QualityChecks::AddControl(std::span<const float> readings, int sampleNumber,

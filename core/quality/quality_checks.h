@@ -53,7 +53,7 @@ class QualityChecks final : public QualityCheck, public QualityDatabases {
   void load(const std::string& ctlPath, const std::string& blkPath) override;
 
   Verdict CheckControl(std::span<const float> readings, int sampleNumber,
-                       const std::string& comment);
+                       const std::string& comment, UnattendedAlerts* unattended = nullptr);
   Verdict CheckBlank(std::span<const float> readings, int sampleNumber, const std::string& comment);
 
   const QcDatabase& controls() const { return controls_; }
@@ -67,6 +67,8 @@ class QualityChecks final : public QualityCheck, public QualityDatabases {
   // Flags the reading against the database's bands; true when a control raised the alert.
   void flag(const QcDatabase& db, std::span<const float> readings, bool alertRule);
   Verdict ShowQcFlags(bool withAlert, std::span<const float> readings);
+  // The flagged colours with the widest band each lies outside.
+  std::vector<OutOfRange> outOfRange(const QcDatabase& db, std::span<const float> readings) const;
   void AddControl(std::span<const float> readings, int sampleNumber, const std::string& comment);
   void AddBlank(std::span<const float> readings, int sampleNumber, const std::string& comment);
   void add(QcDatabase& db, char letter, const std::string& path, std::span<const float> readings,

@@ -24,13 +24,14 @@ Verdict RecordWriter::WriteFixedRecord(SampleType type, char letter, const Recor
     reading.sampleNumber = content.sampleNumber;
     reading.readings = content.readings;
     reading.comment = content.comment;
+    reading.unattended = unattended_;
     const Verdict verdict = checks_.check(reading);
     if (state_.Method.PrintResults) PrintResult(type, content);
     return verdict;
   }
   if (state_.Method.PrintResults) PrintResult(type, content);
   append(state_.DataSet.FixPath,
-         FixedRecordLine(letter, content.sampleNumber, std::nullopt, content.readings,
+         FixedRecordLine(letter, content.sampleNumber, content.tube, content.readings,
                          content.comment, state_.LineEnding));
   return Verdict::Keep;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 
@@ -18,6 +19,7 @@ struct RecordContent {
   std::span<const float> readings;  // colours 1..No.Colors
   std::span<const float> points;    // the scan
   std::string comment;              // as typed
+  std::optional<int> tube;          // the tray position the reading came from
 };
 
 // Files the run's readings: samples, pures, solvent blanks and replicates in ".FIX"; scans in
@@ -36,6 +38,9 @@ class RecordWriter {
   // was filed beside it), any other to ".SYN".
   void WriteSynchRecord(SampleType type, char letter, const RecordContent& content, bool filed);
   void PrintResult(SampleType type, const RecordContent& content);
+  // During a tray run the control check logs its alerts here instead of asking; null again
+  // afterwards.
+  void setUnattended(UnattendedAlerts* alerts) { unattended_ = alerts; }
 
   // The printed line: the label in 8 places, each reading "0.0" in 7, " ***" after a comment.
   static std::string ResultLine(SampleType type, const RecordContent& content);
@@ -47,6 +52,7 @@ class RecordWriter {
   Operator& op_;
   Printer& printer_;
   QualityCheck& checks_;
+  UnattendedAlerts* unattended_ = nullptr;
 };
 
 }  // namespace zorvel

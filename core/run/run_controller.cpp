@@ -3,7 +3,9 @@
 #include <cctype>
 
 #include "core/run/cuvette_plan.h"
+#include "core/run/run_alert_log.h"
 #include "core/run/run_engine.h"
+#include "core/run/tray_run.h"
 
 namespace zorvel {
 
@@ -28,11 +30,34 @@ char lowered(char key) {
   return static_cast<char>(std::tolower(static_cast<unsigned char>(key)));
 }
 
+// The run talks to the operator through a stand-in that a tray run can divert.
+RunServices through(const RunServices& s, Operator& op) {
+  return RunServices{s.state, op, s.clock, s.printer, s.fluorimeterLine, s.checks};
+}
+
 }  // namespace
 
 RunController::RunController(RunServices services, const RunSetup& setup, RunView& view)
-    : engine_(std::make_unique<RunEngine>(services, setup, view, StopRequested, PauseRequested)),
-      plan_(std::make_unique<CuvettePlan>(*engine_, setup)) {}
+    : unattended_(std::make_unique<UnattendedOperator>(services.op)),
+      engine_(std::make_unique<RunEngine>(through(services, *unattended_), setup, view,
+                                          StopRequested, PauseRequested)),
+      plan_(std::make_unique<CuvettePlan>(*engine_, setup)),
+      setup_(setup) {}
+
+void RunController::attachAutosampler(Arm& arm, Pump& pump, const TrayHooks& hooks) {
+  auto tray = std::make_unique<TrayRun>(*engine_, setup_, arm, pump, *unattended_, StopRequested,
+                                        PauseRequested, hooks);
+  tray_ = tray.get();
+  plan_ = std::move(tray);
+}
+
+void RunController::TubeRange_Click() {
+  if (tray_ != nullptr) tray_->TubeRange_Click();
+}
+
+void RunController::Terminate() {
+  if (tray_ != nullptr) tray_->terminate();
+}
 
 RunController::~RunController() = default;
 
@@ -42,6 +67,7 @@ void RunController::setCuvetteChanger(std::function<void()> insertNext) {
 
 void RunController::Form_Load() {
   engine_->Form_Load();
+  if (tray_ != nullptr) tray_->formLoaded();
 }
 
 void RunController::act(RunAction action) {
@@ -126,6 +152,7 @@ void RunController::SetVerticalScale(double yMin, double yMax) {
 }
 void RunController::Form_Unload() {
   engine_->Form_Unload();
+  plan_->closing();
 }
 
 RunState RunController::state() const {

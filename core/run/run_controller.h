@@ -11,8 +11,13 @@
 
 namespace zorvel {
 
+class Arm;
+class Pump;
 class RunEngine;
 class RunPlan;
+class TrayRun;
+class UnattendedOperator;
+struct TrayHooks;
 
 // The run window's rules (SAMPLING) for cuvette delivery: initialisation, the order of the
 // solvent blank, pures, database readings and samples, numbering, the operator's decisions,
@@ -37,6 +42,14 @@ class RunController {
   // Called each time the operator is asked for a new cuvette and presses Read: the bench
   // (simulator) or nothing (a real operator already put the cuvette in).
   void setCuvetteChanger(std::function<void()> insertNext);
+  // Autosampler delivery: the arm and the dilutor the tray run drives (before Form_Load, which
+  // initialises the dilutor); the hooks run on the run's thread (see TrayHooks).
+  void attachAutosampler(Arm& arm, Pump& pump, const TrayHooks& hooks);
+  // "Tube Range Reset" (autosampler delivery; instant).
+  void TubeRange_Click();
+  // Ends a tray run at its next checkpoint as a confirmed abort does, without asking (the
+  // program is being stopped). Any thread.
+  void Terminate();
 
   void Form_Load();
   // What the operator asks; an action the run's state does not allow, or a decision the open
@@ -70,8 +83,11 @@ class RunController {
   std::atomic<bool> PauseRequested{false};
 
  private:
+  std::unique_ptr<UnattendedOperator> unattended_;
   std::unique_ptr<RunEngine> engine_;
   std::unique_ptr<RunPlan> plan_;
+  TrayRun* tray_ = nullptr;
+  RunSetup setup_;
 };
 
 }  // namespace zorvel

@@ -101,7 +101,7 @@ void RunEngine::initialise(RunPlan& plan) {
     show();
     return;
   }
-  log("Lamp On");
+  log(plan.lampOnEntry());
   plan.instrumentReady();
   machine_.fire(RunEvent::SetUpDone);
   screen_.okCaption = prompt::kReadCaption;
@@ -137,7 +137,7 @@ bool RunEngine::SetUpInstrument(const RunPlan& plan) {
   view_.clearStatus();
   view_.showStatus("Analysis Configuration Complete");
   for (const std::string& line : plan.readyPrompt()) view_.showStatus(line);
-  view_.showStatus("[R]ead Sample or [Q]uit");
+  view_.showStatus(plan.readLine());
   return true;
 }
 
@@ -146,6 +146,7 @@ void RunEngine::quit(RunPlan& plan) {
   if (now != RunState::AwaitingInit && now != RunState::AwaitingRead) return;
   if (!plan.confirmQuit()) return;
   machine_.fire(RunEvent::Quit);
+  plan.closing();
   Form_Unload();
   view_.closeWindow();
 }
@@ -215,6 +216,14 @@ void RunEngine::beginReading() {
   show();
   view_.clearSpectra();
   if (insertNext_) insertNext_();
+}
+
+void RunEngine::numberTube(SampleType type, bool& pureStartPending) {
+  TrayNumbering n{SampleNumber, FirstSampleNumber, FirstRead, KeepNumber, pureStartPending};
+  if (NumberTube(n, type)) acquisition_.forgetSlits();
+  SampleNumber = n.SampleNumber;
+  KeepNumber = n.KeepNumber;
+  pureStartPending = n.PureStartPending;
 }
 
 void RunEngine::numberReading(SampleType type) {

@@ -13,6 +13,7 @@
 #include "core/run/run_state_machine.h"
 #include "core/run/run_view.h"
 #include "core/run/sample_type.h"
+#include "core/run/tube_numbering.h"
 
 namespace zorvel {
 
@@ -46,6 +47,8 @@ class RunEngine {
   RecordWriter& writer() { return writer_; }
   RunStateMachine& machine() { return machine_; }
   RunState runState() const { return machine_.state(); }
+  Clock& clock() { return clock_; }
+  bool halted() const { return link_.halted(); }
   void log(const std::string& entry);
 
   // The controls: change `screen()`, then show it; show() forgets a focus once it is sent.
@@ -59,6 +62,9 @@ class RunEngine {
   // appended set just below the starting number. Every reading then counts on unless the number
   // is kept (a reading read again, a database entry, a blank before its pures).
   void numberReading(SampleType type);
+  // A tray's tube: pures count from 1, controls and blanks after the first sample carry the
+  // number of the sample before them.
+  void numberTube(SampleType type, bool& pureStartPending);
   void readingCounted() { FirstRead = false; }
   bool firstRead() const { return FirstRead; }
   void keepNumber(bool keep) { KeepNumber = keep; }

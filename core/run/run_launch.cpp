@@ -64,6 +64,7 @@ RunLaunch LaunchNewDataSet(LaunchServices s, int firstSampleNumber) {
   }
   if (setup.PuresPending) {
     launch.autosamplerPures = method.DeliveryMethod == 2;
+    setup.PureStartPending = launch.autosamplerPures;
     const int answer = s.op.message(PureBlankNotice(method), "Pure Blank Notification",
                                     BoxIcon::Question, BoxButtons::YesNoCancel);
     if (answer == answer::kNo) {
@@ -75,6 +76,7 @@ RunLaunch LaunchNewDataSet(LaunchServices s, int firstSampleNumber) {
     if (answer == answer::kCancel) {
       setup.PuresPending = false;
       launch.autosamplerPures = false;
+      setup.PureStartPending = false;
       setup.PureIndex = 0;
       setup.SampleNumber = method.DeliveryMethod == 2 ? 0 : 1;
     }

@@ -24,6 +24,12 @@ class RunPlan {
   virtual void decide(RunAction decision) = 0;
   // Quit: asks whatever quitting now needs; false keeps the run open.
   virtual bool confirmQuit() = 0;
+
+  // The last line of the ready prompt, and the log entry of the lamp being lit.
+  virtual std::string readLine() const { return "[R]ead Sample or [Q]uit"; }
+  virtual std::string lampOnEntry() const { return "Lamp On"; }
+  // The window is closing: the plan lets go of what it holds (may come more than once).
+  virtual void closing() {}
 };
 
 }  // namespace zorvel

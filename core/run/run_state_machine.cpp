@@ -24,6 +24,13 @@ constexpr std::array kTransitions = {
     RunTransition{S::Reading, E::Halted, S::Closed},
     RunTransition{S::AwaitingDecision, E::Decided, S::AwaitingRead},
     RunTransition{S::AwaitingDecision, E::Reread, S::Reading},
+    // Autosampler delivery: one Read walks the tray; F11 pauses it between tubes.
+    RunTransition{S::AwaitingRead, E::ReadTray, S::TrayRun},
+    RunTransition{S::TrayRun, E::Pause, S::Paused},
+    RunTransition{S::Paused, E::Resume, S::TrayRun},
+    RunTransition{S::TrayRun, E::TrayDone, S::AwaitingRead},
+    RunTransition{S::TrayRun, E::LinkFailed, S::AwaitingRead},
+    RunTransition{S::TrayRun, E::Halted, S::Closed},
 };
 
 }  // namespace
@@ -40,6 +47,10 @@ std::string_view RunStateName(RunState state) {
       return "Reading";
     case S::AwaitingDecision:
       return "Awaiting decision";
+    case S::TrayRun:
+      return "Tray run";
+    case S::Paused:
+      return "Paused";
     case S::Closed:
       return "Closed";
   }

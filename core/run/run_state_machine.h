@@ -20,6 +20,10 @@ enum class RunEvent {
   LinkFailed,   // the instrument conversation ended; the operator may try again
   Halted,       // the link failed for good and the program is ending
   Quit,         // OK(2) confirmed
+  ReadTray,     // OK(1) "&Read Sample" in autosampler mode: the tray run starts
+  Pause,        // F11 seen at a tray run's checkpoint
+  Resume,       // F11 again while paused
+  TrayDone,     // the tray run ended (completed or aborted)
 };
 
 struct RunTransition {

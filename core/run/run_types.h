@@ -11,7 +11,16 @@
 namespace zorvel {
 
 // The states of the run window, in the order a run passes through them.
-enum class RunState { AwaitingInit, SettingUp, AwaitingRead, Reading, AwaitingDecision, Closed };
+enum class RunState {
+  AwaitingInit,
+  SettingUp,
+  AwaitingRead,
+  Reading,
+  AwaitingDecision,
+  TrayRun,
+  Paused,
+  Closed
+};
 std::string_view RunStateName(RunState state);
 
 // How a run starts: what the run launch (a new data set, or an appended one) decided.
@@ -22,6 +31,8 @@ struct RunSetup {
   int FirstSampleNumber = 1;  // the main window's "Starting Number:"
   int SampleNumber = 0;       // an appended set: the last number on file
   int PureIndex = 0;
+  // Autosampler delivery with the pures: the first pure tube is number 1.
+  bool PureStartPending = false;
 };
 
 // What the operator asks of the run: OK(1) is Init or Read by the run's state, OK(2) Quit,

@@ -20,6 +20,7 @@ class RecordingView final : public RunView {
     commentVisible = screen.commentVisible;
     resetEnabled = screen.resetEnabled;
     legend = screen.keyLegend;
+    timeInfo = screen.timeInfo;
   }
   void clearStatus() override { status.clear(); }
   void showStatus(const std::string& line) override {
@@ -58,7 +59,7 @@ class RecordingView final : public RunView {
     int colour;
   };
   std::string caption, okCaption, legend;
-  std::vector<std::string> status, statusLog, heads;
+  std::vector<std::string> status, statusLog, heads, timeInfo;
   std::map<int, std::string> rowLabels;
   std::map<std::pair<int, int>, std::string> cells;
   int lastRow = 0;

@@ -17,8 +17,11 @@ TEST(DemoBench, ReadsWholeWithPuresFirstAndAFullTray) {
   ASSERT_GE(bench.cuvetteQueue.size(), 5u);
   EXPECT_EQ(bench.cuvetteQueue[2].label, "pure Orange");
   EXPECT_DOUBLE_EQ(bench.cuvetteQueue[2].dyes[static_cast<std::size_t>(DyeIndex("Orange"))], 1.0);
-  EXPECT_EQ(bench.tubes.size(), 97u);
-  EXPECT_EQ(bench.tubes.at(5).label, "pure Crimson");
+  // The tray: control in 1, blank in 2, the pures from the starting tube 5, samples after.
+  EXPECT_EQ(bench.tubes.size(), 96u);
+  EXPECT_EQ(bench.tubes.at(1).label, "control");
+  EXPECT_EQ(bench.tubes.at(9).label, "pure Crimson");
+  EXPECT_NE(bench.tubes.at(10).dyes, bench.tubes.at(11).dyes);
 }
 
 }  // namespace

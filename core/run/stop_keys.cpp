@@ -1,0 +1,42 @@
+#include "core/run/stop_keys.h"
+
+#include "core/run/run_prompts.h"
+
+namespace zorvel {
+
+void StopKeys::terminate() {
+  terminate_ = true;
+  StopRequested = true;
+}
+
+void StopKeys::reset() {
+  StopRequested = false;
+  PauseRequested = false;
+  legend_(prompt::kKeyLegend);
+}
+
+bool StopKeys::CheckStopKeys(const Checkpoint& at) {
+  if (terminate_.load()) return true;
+  if (!StopRequested.load()) return false;
+  if (!PauseRequested.load()) {
+    const bool aborted = at.op.message("Do you want to abort the current run", prompt::kQueryTitle,
+                                       BoxIcon::Question, BoxButtons::YesNo) == answer::kYes;
+    reset();
+    return aborted;
+  }
+  legend_("Paused.  Press F11 to Restart");
+  StopRequested = false;
+  if (at.pausing) at.pausing(true);
+  while (!StopRequested.load()) {
+    if (at.yield) at.yield();
+    if (StopRequested.load()) break;
+    at.clock.sleepFor(kPausePollS);
+  }
+  // The flags are down before the run counts as going again, so a key pressed from then on
+  // counts at the next checkpoint.
+  reset();
+  if (at.pausing) at.pausing(false);
+  return terminate_.load();
+}
+
+}  // namespace zorvel
