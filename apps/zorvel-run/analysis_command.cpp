@@ -4,7 +4,11 @@
 
 #include "apps/zorvel-run/commands.h"
 #include "apps/zorvel-run/console_run_view.h"
+#include "apps/zorvel-run/tray_signals.h"
+#include "core/autosampler/autosampler_check.h"
 #include "core/datafiles/data_set_commands.h"
+#include "core/instruments/arm.h"
+#include "core/instruments/pump.h"
 #include "core/method/method_codes.h"
 #include "core/method/method_file.h"
 #include "core/quality/alert_console.h"
@@ -12,6 +16,7 @@
 #include "core/run/qc_row_tracker.h"
 #include "core/run/run_controller.h"
 #include "core/run/run_launch.h"
+#include "core/run/tray_run.h"
 #include "core/text/number_format.h"
 
 namespace zorvel::headless {
@@ -31,9 +36,43 @@ bool loadMethod(Context& context, Operator& op) {
   return true;
 }
 
+// The shells' code for a program ended by SIGTERM.
+constexpr int kTerminatedExitCode = 128 + 15;
+
+// The arm and the dilutor of a tray run, on their COM ports.
+struct TrayInstruments {
+  std::unique_ptr<SerialLine> armLine;
+  std::unique_ptr<SerialLine> pumpLine;
+  std::unique_ptr<Arm> arm;
+  std::unique_ptr<Pump> pump;
+};
+
+std::unique_ptr<TrayInstruments> trayInstruments(Context& context, LineSource& lines,
+                                                 Operator& op) {
+  AppState& state = context.state;
+  auto t = std::make_unique<TrayInstruments>();
+  t->armLine = lines.lineFor(InstrumentKind::Arm, state.Prefs.AutoSampComPort);
+  t->pumpLine = lines.lineFor(InstrumentKind::Pump, state.Prefs.DilComPort);
+  if (!t->armLine || !t->pumpLine) return nullptr;
+  t->arm = std::make_unique<Arm>(*t->armLine, context.clock, op, state.Links, state.Tray);
+  t->pump = std::make_unique<Pump>(*t->pumpLine, context.clock, op, state.Links,
+                                   state.Method.Autosampler);
+  return t;
+}
+
 // The way into the run: a new data set as "&Save As" makes it, or a reopened one with OK.
-std::optional<RunLaunch> launch(Context& context, RunOperator& op, QualityChecks& checks) {
+std::optional<RunLaunch> launch(Context& context, RunOperator& op, QualityChecks& checks,
+                                TrayInstruments* tray) {
   LaunchServices services{context.state, op, context.clock, context.printer, checks, checks, {}};
+  if (tray != nullptr) {
+    // Autosampler delivery: the whole check of the settings, then the arm's port.
+    services.openAutosamplerLink = [&context, &op, tray] {
+      AppState& s = context.state;
+      return ValidateAutosamplerSettings(s.Method.Autosampler, s.Tray.TubeCount,
+                                         s.Links.StepsPerMicrolitre, s.Steps, op) &&
+             tray->arm->OpenArmPort() == LinkFailure::None;
+    };
+  }
   if (!context.options.newDataPath.empty()) {
     op.answerNextFileDialog(absolute(context.options.newDataPath));
     return LaunchNewDataSet(services, context.options.firstNumber);
@@ -48,11 +87,12 @@ std::optional<RunLaunch> launch(Context& context, RunOperator& op, QualityChecks
 }
 
 // What the run window waits for, for messages about answers that do not fit.
-std::string waitingFor(const RunController& run, const ConsoleRunView& view) {
+std::string waitingFor(const RunController& run, const ConsoleRunView& view, bool tray) {
   switch (run.state()) {
     case RunState::AwaitingInit:
       return "init or quit";
     case RunState::AwaitingRead:
+      if (tray) return "read, quit, reset-number N or tube-range";
       return view.resetEnabled() ? "read, quit or reset-number N" : "read or quit";
     case RunState::AwaitingDecision: {
       const RunChoices& c = view.choices();
@@ -86,6 +126,9 @@ bool act(const ScriptLine& line, RunController& run, const ConsoleRunView& view,
     run.act(RunAction::Read);
   } else if (line.word == "quit" && idle) {
     run.act(RunAction::Quit);
+  } else if (line.word == "tube-range" && idle) {
+    // Its two input boxes take the "text" lines that follow.
+    run.TubeRange_Click();
   } else if (line.word == "comment") {
     run.Comment_Change(line.argument);
   } else if (line.word == "reset-number" && idle && view.resetEnabled() &&
@@ -116,7 +159,12 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
     return context.fail("the method " + o.methodPath + " cannot be read");
   ConsoleAlertDialog alert(context.script, context.out);
   QualityChecks checks(context.state, context.clock, op, alert);
-  const std::optional<RunLaunch> start = launch(context, op, checks);
+  std::unique_ptr<TrayInstruments> tray;
+  if (context.state.Method.DeliveryMethod == 2) {
+    tray = trayInstruments(context, lines, op);
+    if (!tray) return context.fail("the autosampler's or the dilutor's port cannot be reached");
+  }
+  const std::optional<RunLaunch> start = launch(context, op, checks, tray.get());
   if (context.script.failed()) return context.fail(context.script.failure());
   if (!start) return context.fail("the data set " + o.appendDataPath + " cannot be reopened");
   if (!start->startRun) {
@@ -135,19 +183,34 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
                     start->setup, tracker);
   // On the simulated bench, each new cuvette the run asks for is the next one in the queue.
   if (auto changer = lines.cuvetteChanger(comPort)) run.setCuvetteChanger(std::move(changer));
+  std::optional<TraySignals> traySignals;
+  if (tray) {
+    traySignals.emplace();
+    TrayHooks hooks;
+    hooks.yield = [&run, &traySignals] { traySignals->deliver(run); };
+    hooks.note = [&context](const std::string& note) { context.out << note << std::endl; };
+    run.attachAutosampler(*tray->arm, *tray->pump, hooks);
+  }
   run.Form_Load();
   while (!run.closed()) {
+    if (traySignals) traySignals->deliver(run);
+    if (traySignals && traySignals->terminated()) {
+      context.out << "Stopped on SIGTERM." << std::endl;
+      run.Form_Unload();
+      return kTerminatedExitCode;
+    }
     if (context.op.ended()) return context.op.exitCode();
     if (context.script.failed()) return context.fail(context.script.failure());
     const std::optional<ScriptLine> next = context.script.next();
     if (!next) {
       return context.fail("the answer file ran out while the run waited for " +
-                          waitingFor(run, view));
+                          waitingFor(run, view, tray != nullptr));
     }
     context.out << "> " << next->text << "\n";
     if (!act(*next, run, view, op)) {
       return context.fail("line " + std::to_string(next->lineNumber) + " \"" + next->text +
-                          "\" does not fit: the run waits for " + waitingFor(run, view));
+                          "\" does not fit: the run waits for " +
+                          waitingFor(run, view, tray != nullptr));
     }
   }
   run.Form_Unload();

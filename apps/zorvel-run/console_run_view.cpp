@@ -42,6 +42,10 @@ void ConsoleRunView::showScreen(const RunScreen& screen) {
     caption_ = screen.filenameCaption;
     out_ << "Data files: " << caption_ << "\n";
   }
+  if (screen.keyLegend != legend_) {
+    legend_ = screen.keyLegend;
+    if (!legend_.empty()) out_ << "Keys: " << legend_ << std::endl;
+  }
   if (screen.timeInfo != timeInfo_) {
     timeInfo_ = screen.timeInfo;
     for (const auto& line : timeInfo_) out_ << line << "\n";

@@ -21,7 +21,8 @@ class ConsoleRunView final : public RunView {
   void layOut(const RunLayout& layout) override;
   void showScreen(const RunScreen& screen) override;
   void clearStatus() override {}
-  void showStatus(const std::string& line) override { out_ << line << "\n"; }
+  // Flushed at once: whoever watches an unattended run sees where it is.
+  void showStatus(const std::string& line) override { out_ << line << std::endl; }
   void setCell(int row, int column, const std::string& text) override;
   void setCellColour(int row, int column, int paletteIndex) override;
   void setMedianRow(const std::vector<std::string>& medians) override;
@@ -42,6 +43,7 @@ class ConsoleRunView final : public RunView {
   bool resetEnabled_ = true;
   std::string caption_;
   std::vector<std::string> timeInfo_;
+  std::string legend_;
 };
 
 // The operator of an unattended run: the answer file's operator, except that the data set's

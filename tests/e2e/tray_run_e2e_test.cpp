@@ -1,0 +1,205 @@
+// zorvel-run conducting tray runs against zorvel-sim over pseudo-terminals, steered by the
+// signals an operator's shell sends: SIGUSR1 pauses and resumes, SIGINT asks to abort, SIGTERM
+// stops at the next checkpoint, and --append carries the numbering on.
+
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <QProcess>
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+#include "core/method/demo_methods.h"
+#include "core/method/method_file.h"
+#include "e2e/run_helpers.h"
+
+#if defined(ZORVEL_SIM_EXECUTABLE) && defined(ZORVEL_RUN_EXECUTABLE)
+
+namespace zorvel {
+namespace {
+
+// Three colours from tubes 5 to 7 with small, quick strokes and no air dry.
+MethodSettings TrayMethod(const std::string& trayFile) {
+  MethodSettings m;
+  m.Fixed = true;
+  m.NoColors = 3;
+  m.NoPures = 3;
+  m.ReadTime = 0.1f;
+  m.ReadTimePures = 0.1f;
+  m.ScanSpeed = 1500;
+  m.FilterSetting = 7;
+  m.PMTVoltage = 820;
+  m.Repetitions = 1;
+  m.AmtSolvent = 1;
+  m.DeliveryMethod = 2;
+  m.Operator = "JS";
+  m.StudyId = "Tray";
+  m.FixedPairs[1] = {493, 515, 5, 5, 4};
+  m.FixedPairs[2] = {520, 540, 5, 5, 5};
+  m.FixedPairs[3] = {617.5f, 640, 10, 5, 10};
+  AutosamplerSettings& a = m.Autosampler;
+  a.SampleVolume = 300;
+  a.AirVolume = 100;
+  a.BackFlowVolume = 30;
+  a.FlushTime = 300;
+  a.SyringeVolume = 10;
+  a.StartingTube = 5;
+  a.EndingTube = 7;
+  a.StandardTube = 1;
+  a.BlankTube = 2;
+  a.RinseHeight = 70;
+  a.StandardHeight = 100;
+  a.StandardBFHeight = 30;
+  a.TubeHeight = 105;
+  a.BackFillHeight = 70;
+  a.SampleDisposition = 1;
+  a.Resolution = 1;
+  a.PumpDirection = 1;
+  a.TrayDescriptorFile = trayFile;
+  return m;
+}
+
+struct TrayBench {
+  TrayBench() {
+    e2e::ensureApplication();
+    dir = e2e::makeWorkspace("e2e-tray");
+    const std::string tray = dir + "METHODS/TRAY.TGF";
+    testing::writeFile(tray, DemoTrayGeometryText());
+    Preferences prefs;
+    prefs.BaseDirectoryPath = dir;
+    prefs.AutoSampler = true;
+    prefs.TrayGeometryFile = tray;
+    EXPECT_TRUE(WritePreferencesFile(dir + "ZORVEL.PRF", prefs));
+    EXPECT_TRUE(WriteMethodFile(TrayMethod(tray), dir + "METHODS/TRAY.MTH"));
+    testing::writeFile(dir + "bench.txt",
+                       "tube 5 first: Yellow-Green=1\ntube 6 second: Yellow=1\n"
+                       "tube 7 third: Crimson=1\n");
+    sim.start(ZORVEL_SIM_EXECUTABLE, {"--dir", QString::fromStdString(dir), "--speed", "20",
+                                      "--bench", QString::fromStdString(dir + "bench.txt")});
+    EXPECT_TRUE(sim.waitForStarted(5000));
+    int listed = 0;
+    while (listed < 3 && sim.waitForReadyRead(5000)) {
+      while (sim.canReadLine()) listed += sim.readLine().isEmpty() ? 0 : 1;
+    }
+    EXPECT_EQ(3, listed) << sim.readAllStandardError().toStdString();
+  }
+  ~TrayBench() {
+    sim.terminate();
+    sim.waitForFinished(3000);
+  }
+
+  // Starts zorvel-run on a new (--data) or reopened (--append) set of this name.
+  void start(QProcess& run, const std::string& data, bool append, const std::string& answers) {
+    testing::writeFile(dir + "answers.txt", answers);
+    run.start(ZORVEL_RUN_EXECUTABLE,
+              {"--start-dir", QString::fromStdString(dir), "--method",
+               QString::fromStdString(dir + "METHODS/TRAY.MTH"), append ? "--append" : "--data",
+               QString::fromStdString(dir + "DATA/" + data + ".FIX"), "--answers",
+               QString::fromStdString(dir + "answers.txt")});
+    ASSERT_TRUE(run.waitForStarted(5000));
+  }
+
+  // Reads the run's output until a line holds the text; false after 30 seconds.
+  bool waitFor(QProcess& run, const std::string& text) {
+    const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (std::chrono::steady_clock::now() < until) {
+      if (run.canReadLine() || run.waitForReadyRead(200)) {
+        while (run.canReadLine()) {
+          const std::string line = run.readLine().toStdString();
+          out += line;
+          if (line.find(text) != std::string::npos) return true;
+        }
+      }
+      if (run.state() == QProcess::NotRunning) return false;
+    }
+    return false;
+  }
+  std::vector<std::string> records(const std::string& data) {
+    return e2e::matchingLines(dir + "DATA/" + data + ".FIX", std::regex("^[SPBC][0-9]+\t.*"));
+  }
+  std::vector<std::string> labels(const std::string& data) {
+    std::vector<std::string> found;
+    for (const auto& r :
+         e2e::matchingLines(dir + "DATA/" + data + ".FIX", std::regex("^[SPBC][0-9]+\t.*"))) {
+      found.push_back(r.substr(0, r.find('\t')));
+    }
+    return found;
+  }
+
+  std::string dir;
+  std::string out;
+  QProcess sim;
+};
+
+void Signal(QProcess& run, int number) {
+  ::kill(static_cast<pid_t>(run.processId()), number);
+}
+
+TEST(TrayRunE2e, SignalsPauseResumeAndAbortARunOnThePseudoTerminals) {
+  TrayBench bench;
+  QProcess run;
+  bench.start(run, "RUN1", false,
+              "no    # no database building\n"
+              "init\nread\n"
+              "yes   # SIGINT: abort the run\n"
+              "quit\n");
+  ASSERT_TRUE(bench.waitFor(run, "Tube 6: Sample 2")) << bench.out;
+  Signal(run, SIGUSR1);
+  ASSERT_TRUE(bench.waitFor(run, "Keys: Paused.  Press F11 to Restart")) << bench.out;
+  std::this_thread::sleep_for(std::chrono::milliseconds(500));
+  Signal(run, SIGUSR1);
+  ASSERT_TRUE(bench.waitFor(run, "Tube 7: Sample 3")) << bench.out;
+  Signal(run, SIGINT);
+  ASSERT_TRUE(run.waitForFinished(30000));
+  bench.out += run.readAllStandardOutput().toStdString();
+  ASSERT_EQ(0, run.exitCode()) << bench.out << run.readAllStandardError().toStdString();
+  EXPECT_NE(std::string::npos, bench.out.find("Do you want to abort the current run")) << bench.out;
+  EXPECT_NE(std::string::npos, bench.out.find("Run aborted.")) << bench.out;
+  // The pause held the run after tube 6; the abort came after tube 7's rinse, before its draw.
+  EXPECT_EQ((std::vector<std::string>{"S1", "S2"}), bench.labels("RUN1"));
+  EXPECT_EQ(std::string::npos, bench.out.find("Finishing up run."));
+  // Tube 5 held the first colour only, tube 6 the second.
+  const auto fixed = bench.records("RUN1");
+  ASSERT_EQ(2u, fixed.size());
+  double first[3] = {}, second[3] = {};
+  ASSERT_EQ(3,
+            std::sscanf(fixed[0].c_str(), "S1\t5\t%lf\t%lf\t%lf", &first[0], &first[1], &first[2]))
+      << fixed[0];
+  ASSERT_EQ(
+      3, std::sscanf(fixed[1].c_str(), "S2\t6\t%lf\t%lf\t%lf", &second[0], &second[1], &second[2]))
+      << fixed[1];
+  EXPECT_GT(first[0], 2 * first[1]);
+  EXPECT_GT(second[1], 2 * second[0]);
+}
+
+TEST(TrayRunE2e, SigtermStopsAtTheNextCheckpointAndAppendCarriesTheNumbersOn) {
+  TrayBench bench;
+  {
+    QProcess run;
+    bench.start(run, "RUN2", false, "no\ninit\nread\nquit\n");
+    ASSERT_TRUE(bench.waitFor(run, "Tube 6: Sample 2")) << bench.out;
+    Signal(run, SIGTERM);
+    ASSERT_TRUE(run.waitForFinished(30000));
+    bench.out += run.readAllStandardOutput().toStdString();
+    EXPECT_EQ(143, run.exitCode()) << bench.out;
+    EXPECT_NE(std::string::npos, bench.out.find("Stopped on SIGTERM.")) << bench.out;
+    EXPECT_EQ((std::vector<std::string>{"S1"}), bench.labels("RUN2"));
+  }
+  QProcess again;
+  bench.out.clear();
+  // The reopened set reads tube 5 again only, through the tube-range command.
+  bench.start(again, "RUN2", true, "tube-range\ntext 5\ntext 5\ninit\nread\nquit\n");
+  ASSERT_TRUE(again.waitForFinished(30000));
+  bench.out += again.readAllStandardOutput().toStdString();
+  ASSERT_EQ(0, again.exitCode()) << bench.out << again.readAllStandardError().toStdString();
+  EXPECT_EQ((std::vector<std::string>{"S1", "S2"}), bench.labels("RUN2"));
+  // Every line of the file is whole.
+  const std::string bytes = testing::readFile(bench.dir + "DATA/RUN2.FIX");
+  EXPECT_EQ("\r\n", bytes.substr(bytes.size() - 2));
+}
+
+}  // namespace
+}  // namespace zorvel
+
+#endif
