@@ -13,6 +13,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "core/autosampler/autosampler_check.h"
 #include "ui/windows/autosampler_window.h"
 #include "ui/windows/disclaimer_dialog.h"
 #include "ui/windows/intensity_window.h"
@@ -240,6 +241,12 @@ void MainWindow::setInstruments(LineSource* lines) {
     presenter_.setAvailable(item, lines_ != nullptr);
     actions_.at(item)->setEnabled(presenter_.available(item));
   }
+  // A run by autosampler starts once its settings pass the whole check; the run window then
+  // opens the arm's and the dilutor's ports for its tray runs.
+  presenter_.setAutosamplerLinkOpener([this] {
+    return ValidateAutosamplerSettings(state_.Method.Autosampler, state_.Tray.TubeCount,
+                                       state_.Links.StepsPerMicrolitre, state_.Steps, op_);
+  });
 }
 
 void MainWindow::showMedians(const std::vector<std::string>& medians) {

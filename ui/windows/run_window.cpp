@@ -20,8 +20,11 @@
 #include <algorithm>
 #include <cctype>
 
+#include "core/instruments/arm.h"
+#include "core/instruments/pump.h"
 #include "core/quality/quality_checks.h"
 #include "core/run/qc_row_tracker.h"
+#include "core/run/tray_run.h"
 #include "core/text/number_format.h"
 #include "ui/platform/instrument_worker.h"
 #include "ui/windows/run_grid.h"
@@ -45,9 +48,11 @@ QString asNumber(double value) {
 }  // namespace
 
 RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
-                     std::unique_ptr<SerialLine> fluorimeterLine, QWidget* parent)
+                     std::unique_ptr<SerialLine> fluorimeterLine, QWidget* parent,
+                     TrayLines trayLines)
     : QWidget(parent, Qt::Window),
       line_(std::move(fluorimeterLine)),
+      trayLines_(std::move(trayLines)),
       qualityChecks_(services.qualityChecks) {
   setObjectName("SAMPLING");
   setWindowTitle("ZORVEL Sampling");
@@ -74,6 +79,17 @@ RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
                                                   services.printer, *line_, services.checks},
                                       setup, *tracker_);
   worker_ = std::make_unique<InstrumentWorker>();
+  if (trayLines_.arm && trayLines_.pump) {
+    // The run drives the arm and the dilutor for as long as the window is open; the tray run
+    // itself works on the worker, the keys reach it from here.
+    AppState& state = services.state;
+    arm_ = std::make_unique<Arm>(*trayLines_.arm, services.clock, services.op, state.Links,
+                                 state.Tray);
+    pump_ = std::make_unique<Pump>(*trayLines_.pump, services.clock, services.op, state.Links,
+                                   state.Method.Autosampler);
+    controller_->attachAutosampler(*arm_, *pump_, TrayHooks{});
+    tubeRange_->setVisible(true);
+  }
   connectControls();
   controller_->Form_Load();
   controller_->SetAutoHeight(autoHeight_->isChecked());
@@ -88,6 +104,8 @@ RunWindow::~RunWindow() {
   detachChecks();
   if (!unloaded_) controller_->Form_Unload();
   controller_.reset();
+  pump_.reset();
+  arm_.reset();
   tracker_.reset();
   relay_.reset();
   line_.reset();
@@ -221,6 +239,9 @@ void RunWindow::connectControls() {
   }
   connect(resetSamp_, &QAction::triggered, this, [this] {
     if (!working_) controller_->ResetSamp_Click();
+  });
+  connect(tubeRange_, &QAction::triggered, this, [this] {
+    if (!working_) controller_->TubeRange_Click();
   });
   // The comment, AutoHeight and the scale entries go in at once: the run takes them from the
   // window's thread even while the worker reads or scans.

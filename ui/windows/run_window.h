@@ -21,6 +21,8 @@ class QProgressBar;
 class QPushButton;
 
 namespace zorvel {
+class Arm;
+class Pump;
 class QcRowTracker;
 class QualityChecks;
 }  // namespace zorvel
@@ -52,8 +54,14 @@ struct RunWindowServices {
 class RunWindow final : public QWidget, public RunView {
   Q_OBJECT
  public:
+  // The arm's and the dilutor's lines of a tray run (autosampler delivery).
+  struct TrayLines {
+    std::unique_ptr<SerialLine> arm;
+    std::unique_ptr<SerialLine> pump;
+  };
   RunWindow(const RunWindowServices& services, const RunSetup& setup,
-            std::unique_ptr<SerialLine> fluorimeterLine, QWidget* parent = nullptr);
+            std::unique_ptr<SerialLine> fluorimeterLine, QWidget* parent = nullptr,
+            TrayLines trayLines = {});
   ~RunWindow() override;
 
   RunController& controller() { return *controller_; }
@@ -107,6 +115,9 @@ class RunWindow final : public QWidget, public RunView {
   QPushButton* buttonFor(RunButton button) const;
 
   std::unique_ptr<SerialLine> line_;
+  TrayLines trayLines_;
+  std::unique_ptr<Arm> arm_;
+  std::unique_ptr<Pump> pump_;
   std::unique_ptr<RunViewRelay> relay_;
   std::unique_ptr<QcRowTracker> tracker_;
   QualityChecks* qualityChecks_ = nullptr;

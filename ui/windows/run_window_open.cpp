@@ -7,7 +7,14 @@ RunWindow* OpenRunWindow(QWidget* parent, const RunWindowServices& services, con
   const int comPort = services.state.Prefs.FlComPort;
   auto line = lines.lineFor(InstrumentKind::Fluorimeter, comPort);
   if (!line) return nullptr;
-  auto* window = new RunWindow(services, setup, std::move(line), parent);
+  RunWindow::TrayLines tray;
+  if (services.state.Method.DeliveryMethod == 2) {
+    const Preferences& prefs = services.state.Prefs;
+    tray.arm = lines.lineFor(InstrumentKind::Arm, prefs.AutoSampComPort);
+    tray.pump = lines.lineFor(InstrumentKind::Pump, prefs.DilComPort);
+    if (!tray.arm || !tray.pump) return nullptr;
+  }
+  auto* window = new RunWindow(services, setup, std::move(line), parent, std::move(tray));
   window->setAttribute(Qt::WA_DeleteOnClose);
   window->setWindowModality(Qt::ApplicationModal);
   if (auto changer = lines.cuvetteChanger(comPort)) {

@@ -1,0 +1,133 @@
+// Processor use of a tray run while it waits on the dilutor and the arm: one tube on the real
+// clock over the simulated arm, dilutor and fluorimeter, with slow pump strokes and long arm
+// travel, so that nearly all of the run is waiting for the instruments to finish.
+#include <benchmark/benchmark.h>
+#include <sys/resource.h>
+
+#include <chrono>
+
+#include "core/autosampler/step_counts.h"
+#include "core/instruments/arm.h"
+#include "core/instruments/pump.h"
+#include "core/platform/page_printer.h"
+#include "core/platform/real_clock.h"
+#include "core/platform/scripted_operator.h"
+#include "core/quality/filing_check.h"
+#include "core/run/run_controller.h"
+#include "core/run/tray_run.h"
+#include "sim/arm_sim.h"
+#include "sim/fluorimeter_sim.h"
+#include "sim/pump_sim.h"
+#include "sim/simulated_line.h"
+
+namespace {
+
+using namespace zorvel;
+
+// A window nobody looks at.
+class QuietView final : public RunView {
+ public:
+  void layOut(const RunLayout&) override {}
+  void showScreen(const RunScreen&) override {}
+  void clearStatus() override {}
+  void showStatus(const std::string&) override {}
+  void setCell(int, int, const std::string&) override {}
+  void setCellColour(int, int, int) override {}
+  void setMedianRow(const std::vector<std::string>&) override {}
+  void showRow(int) override {}
+  void clearSpectra() override {}
+  void setSpectraScale(double, double, double, double) override {}
+  void plotPoint(double, double, int) override {}
+  void setProgress(int) override {}
+  void clearComment() override {}
+  void closeWindow() override {}
+};
+
+double ProcessorS() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  const auto seconds = [](const timeval& t) { return t.tv_sec + t.tv_usec / 1e6; };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+void TrayMethod(AppState& app) {
+  MethodSettings& m = app.Method;
+  m.Fixed = true;
+  m.NoColors = 1;
+  m.ReadTime = 1;
+  m.ReadTimePures = 1;
+  m.ScanSpeed = 240;
+  m.FilterSetting = 7;
+  m.PMTVoltage = 820;
+  m.Repetitions = 1;
+  m.DeliveryMethod = 2;
+  m.FixedPairs[1] = {350, 397.5f, 5, 5, 0};
+  AutosamplerSettings& a = m.Autosampler;
+  // Slow strokes (speed code 40: 146 steps a second) and the tube at the far end of the tray.
+  a.SampleVolume = 1000;
+  a.AirVolume = 500;
+  a.BackFlowVolume = 100;
+  a.FillSpeed = 40;
+  a.DispenseSpeed = 40;
+  a.FillSpeedFlush = 40;
+  a.DispenseSpeedFlush = 40;
+  a.FlushTime = 1000;
+  a.AirDryTime = 2;
+  a.SyringeVolume = 10;
+  a.StartingTube = 1;
+  a.EndingTube = 1;
+  a.RinseHeight = 70;
+  a.TubeHeight = 105;
+  a.BackFillHeight = 70;
+  a.SampleDisposition = 1;
+  app.Tray.positions[0] = TrayPosition{290.0f, 170.0f, 0};
+  app.Tray.positions[1] = TrayPosition{250.0f, 150.0f, 1};
+  app.Tray.positionCount = 2;
+  app.Tray.TubeCount = 1;
+  app.Links.StepsPerMicrolitre = StepsPerMicrolitreFor(a);
+  app.Steps = ComputePumpSteps(a, app.Links.StepsPerMicrolitre);
+}
+
+void BM_TrayRunWaitsOnThePumpAndTheArm(benchmark::State& state) {
+  AppState app;
+  TrayMethod(app);
+  RealClock clock;
+  sim::Bench bench;
+  sim::Sample sample;
+  sample.dyes[0] = 1;
+  bench.tubes[1] = sample;
+  sim::FluorimeterSim instrument(bench, 2, 5);
+  instrument.setTiming(sim::FluorimeterSim::InstantTiming());
+  sim::ArmSim armModel(bench, &app.Tray);
+  sim::PumpSim pumpModel(bench);
+  sim::SimulatedLine line(clock, instrument, "COM1 (sim)");
+  sim::SimulatedLine armLine(clock, armModel, "COM3 (sim)");
+  sim::SimulatedLine pumpLine(clock, pumpModel, "COM2 (sim)");
+  ScriptedOperator op;
+  PagePrinter printer;
+  FilingCheck checks(app, clock, op);
+  QuietView view;
+  Arm arm(armLine, clock, op, app.Links, app.Tray);
+  Pump pump(pumpLine, clock, op, app.Links, app.Method.Autosampler);
+  RunController run(RunServices{app, op, clock, printer, line, checks}, RunSetup{}, view);
+  run.attachAutosampler(arm, pump, TrayHooks{});
+  run.Form_Load();                 // the dilutor's initialisation
+  run.press(RunButton::InitRead);  // set-up
+  double wallS = 0;
+  double cpuS = 0;
+  for (auto _ : state) {
+    const auto wallStart = std::chrono::steady_clock::now();
+    const double cpuStart = ProcessorS();
+    run.press(RunButton::InitRead);  // the tray: rinse, draw, read, dispose, final rinse
+    cpuS = ProcessorS() - cpuStart;
+    wallS = std::chrono::duration<double>(std::chrono::steady_clock::now() - wallStart).count();
+  }
+  state.counters["wall_s"] = wallS;
+  state.counters["cpu_s"] = cpuS;
+  state.counters["cpu_percent"] = 100.0 * cpuS / wallS;
+}
+BENCHMARK(BM_TrayRunWaitsOnThePumpAndTheArm)->Iterations(1)->Unit(benchmark::kSecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();

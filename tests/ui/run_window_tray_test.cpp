@@ -1,0 +1,143 @@
+// The run window carrying a tray run on the in-process simulators, steered by its keys.
+#include <QLabel>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "core/autosampler/step_counts.h"
+#include "core/platform/page_printer.h"
+#include "core/platform/real_clock.h"
+#include "core/quality/filing_check.h"
+#include "support/bytes.h"
+#include "ui/platform/instrument_lines.h"
+#include "ui/platform/qt_operator.h"
+#include "ui/qt_app.h"
+#include "ui/windows/run_window.h"
+
+namespace zorvel {
+namespace {
+
+// Two colours from tubes 5 to 7 of a tray whose positions lie a few millimetres apart, with
+// shallow probe heights and quick strokes, so that a tube takes about two seconds (the rinse's
+// and the sample's one-second waits).
+struct TrayWindow {
+  TrayWindow() {
+    testing::qtApp();
+    FillColourTables(state);
+    FillModelNames(state);
+    state.StartDirectory = testing::makeTempDir("traywin");
+    state.LogPath = state.StartDirectory + "ZORVEL.LOG";
+    MethodSettings& m = state.Method;
+    m.Fixed = true;
+    m.NoColors = 2;
+    m.ReadTime = 0.1f;
+    m.ReadTimePures = 0.1f;
+    m.ScanSpeed = 1500;
+    m.FilterSetting = 7;
+    m.PMTVoltage = 820;
+    m.Repetitions = 1;
+    m.DeliveryMethod = 2;
+    m.FixedPairs[1] = {493, 515, 5, 5, 4};
+    m.FixedPairs[2] = {520, 540, 5, 5, 5};
+    AutosamplerSettings& a = m.Autosampler;
+    a.SampleVolume = 100;
+    a.AirVolume = 30;
+    a.BackFlowVolume = 10;
+    a.FlushTime = 30;
+    a.SyringeVolume = 10;
+    a.StartingTube = 5;
+    a.EndingTube = 7;
+    a.RinseHeight = 2;
+    a.TubeHeight = 3;
+    a.BackFillHeight = 2;
+    a.SampleDisposition = 1;
+    for (int k = 0; k <= 7; ++k) {
+      state.Tray.positions[static_cast<std::size_t>(k)] =
+          TrayPosition{1.0f + static_cast<float>(k), 1.0f, static_cast<std::int16_t>(k)};
+    }
+    state.Tray.positionCount = 8;
+    state.Tray.TubeCount = 7;
+    state.Links.StepsPerMicrolitre = StepsPerMicrolitreFor(a);
+    state.Steps = ComputePumpSteps(a, state.Links.StepsPerMicrolitre);
+    const std::string base = state.StartDirectory + "TRAY";
+    state.DataSet = {base + ".FIX", base + ".SYN", base + ".CTL",
+                     base + ".BLK", base + ".STL", base + ".SLK",
+                     base + ".LOG", "tray",        ""};
+    sim::SimRig& rig = lines.rig();
+    rig.fluorimeter().setTiming(sim::FluorimeterSim::InstantTiming());
+    rig.pump.setLiquidSurface(3);
+    rig.setTray(&state.Tray);
+    for (int tube = 5; tube <= 7; ++tube) rig.bench.tubes[tube].dyes[4] = tube;
+    for (int com = 1; com <= 3; ++com) lines.ports().devices[com] = "sim";
+    window =
+        ui::OpenRunWindow(nullptr, {state, op, clock, printer, checks, nullptr}, RunSetup{}, lines);
+  }
+  ~TrayWindow() { delete window.data(); }
+
+  QString label(const char* name) const { return window->findChild<QLabel*>(name)->text(); }
+  QPushButton* ok() const { return window->findChild<QPushButton*>("OK_1"); }
+
+  AppState state;
+  RealClock clock;
+  ui::QtOperator op;
+  PagePrinter printer;
+  FilingCheck checks{state, clock, op};
+  ui::InstrumentLines lines{state, clock};
+  QPointer<ui::RunWindow> window;
+};
+
+// The records in the fixed data file so far.
+std::size_t records(const TrayWindow& run) {
+  const std::string bytes = testing::readFile(run.state.DataSet.FixPath);
+  return static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n'));
+}
+
+TEST(RunWindowTray, F11PausesAndResumesAndF5AbortsWhileTheWindowAnswers) {
+  TrayWindow run;
+  ASSERT_FALSE(run.window.isNull());
+  QTest::mouseClick(run.ok(), Qt::LeftButton);
+  QTRY_VERIFY_WITH_TIMEOUT(!run.window->working() && run.ok()->text() == "&Read Sample", 5000);
+  EXPECT_TRUE(run.label("Status").contains("[R]ead Tray or [Q]uit"));
+
+  QTest::mouseClick(run.ok(), Qt::LeftButton);
+  QTRY_VERIFY_WITH_TIMEOUT(run.label("Status").contains("Extracting Sample"), 10000);
+  QTest::keyClick(run.window, Qt::Key_F11);
+  EXPECT_EQ("Pausing.  Please Wait.", run.label("AbortMsg"));
+  QTRY_COMPARE_WITH_TIMEOUT(run.label("AbortMsg"), QString("Paused.  Press F11 to Restart"), 10000);
+  EXPECT_EQ(RunState::Paused, run.window->controller().state());
+  // Held after the first tube, and the window still answers: F5 is no abort while paused.
+  QTest::keyClick(run.window, Qt::Key_F5);
+  QTest::qWait(300);
+  EXPECT_EQ(RunState::Paused, run.window->controller().state());
+  EXPECT_EQ(1u, records(run));
+  QTest::keyClick(run.window, Qt::Key_F11);
+  QTRY_COMPARE_WITH_TIMEOUT(run.window->controller().state(), RunState::TrayRun, 5000);
+  EXPECT_EQ("F5 - Abort      F11 - Pause", run.label("AbortMsg"));
+
+  // F5 during the next tube's rinse, answered Yes, ends the run before its draw: only the arm
+  // goes home.
+  QString asked;
+  testing::whenShown("MessageBox", [&asked](QWidget* box) {
+    auto* message = static_cast<QMessageBox*>(box);
+    asked = message->text();
+    message->button(QMessageBox::Yes)->click();
+  });
+  QTest::keyClick(run.window, Qt::Key_F5);
+  EXPECT_EQ("Aborting.  Please Wait.", run.label("AbortMsg"));
+  QTRY_VERIFY_WITH_TIMEOUT(!run.window->working() && run.ok()->isVisible(), 15000);
+  EXPECT_EQ("Do you want to abort the current run", asked);
+  EXPECT_TRUE(run.label("Status").contains("Run aborted.")) << run.label("Status").toStdString();
+  EXPECT_FALSE(run.label("Status").contains("Finishing up run."));
+  EXPECT_EQ(1u, records(run));
+  EXPECT_EQ(0.0, run.lines.rig().bench.receivedUl[6]);
+  EXPECT_TRUE(run.label("TimeInfo").contains("Completed (1 / 3)"))
+      << run.label("TimeInfo").toStdString();
+}
+
+}  // namespace
+}  // namespace zorvel
