@@ -5,6 +5,8 @@
 #include "apps/zorvel-run/commands.h"
 #include "apps/zorvel-run/console_run_view.h"
 #include "core/datafiles/data_set_commands.h"
+#include "core/datafiles/empty_set.h"
+#include "core/files/log_line.h"
 #include "core/method/method_codes.h"
 #include "core/method/method_file.h"
 #include "core/quality/alert_console.h"
@@ -40,8 +42,11 @@ std::optional<RunLaunch> launch(Context& context, RunOperator& op, QualityChecks
   }
   const std::string path = absolute(context.options.appendDataPath);
   const ReopenResult reopened = ReopenDataFileSet(context.state, op, path, checks);
+  for (const std::string& entry : reopened.logEntries) {
+    WriteLogEntry(context.state.LogPath, context.clock, entry);
+    context.out << entry << "\n";
+  }
   if (!reopened.ok) return std::nullopt;
-  context.state.LineEnding = LineEndingFor(context.state.Method.FileType);
   // What the main window's median display would show for the reloaded control database.
   PrintMedians(context.out, checks.snapshot(), checks.medianRow(context.state.Method.NoColors));
   return LaunchAppend(services, false, reopened.nextSampleNumber, reopened.lastSampleNumber);
@@ -104,6 +109,18 @@ bool act(const ScriptLine& line, RunController& run, const ConsoleRunView& view,
   return true;
 }
 
+// However the run ends, a new data set that received no reading is not left behind.
+class EmptySetGuard {
+ public:
+  explicit EmptySetGuard(const AppState& state) : state_(state) {}
+  ~EmptySetGuard() { RemoveSetWithoutRecords(state_.Method, state_.DataSet); }
+  EmptySetGuard(const EmptySetGuard&) = delete;
+  EmptySetGuard& operator=(const EmptySetGuard&) = delete;
+
+ private:
+  const AppState& state_;
+};
+
 }  // namespace
 
 int RunAnalysisCommand(Context& context, LineSource& lines) {
@@ -117,11 +134,18 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
   ConsoleAlertDialog alert(context.script, context.out);
   QualityChecks checks(context.state, context.clock, op, alert);
   const std::optional<RunLaunch> start = launch(context, op, checks);
-  if (context.script.failed()) return context.fail(context.script.failure());
-  if (!start) return context.fail("the data set " + o.appendDataPath + " cannot be reopened");
+  // state.DataSet names a new set only once its files were made here.
+  std::optional<EmptySetGuard> newSet;
+  if (!o.newDataPath.empty()) newSet.emplace(context.state);
+  // Nothing has been read yet: a question the answer file cannot answer refuses the run.
+  if (context.script.failed()) {
+    context.out << "No run started.  The answer file could not answer a question.\n";
+    return context.fail(context.script.failure(), 2);
+  }
+  if (!start) return context.fail("the data set " + o.appendDataPath + " cannot be reopened", 2);
   if (!start->startRun) {
-    context.out << "No run started.\n";
-    return 0;
+    context.out << "No run started.  " << start->notStartedReason << "\n";
+    return context.fail("no run started: " + start->notStartedReason, 2);
   }
   const int comPort = context.state.Prefs.FlComPort;
   std::unique_ptr<SerialLine> line = lines.lineFor(InstrumentKind::Fluorimeter, comPort);
@@ -154,6 +178,10 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
   checks.attachGrid(nullptr);
   if (context.op.ended()) return context.op.exitCode();
   if (context.script.failed()) return context.fail(context.script.failure());
+  if (run.readingsNotRecorded() > 0) {
+    return context.fail(std::to_string(run.readingsNotRecorded()) +
+                        " reading(s) could not be written and are not recorded");
+  }
   // Where the desktop shows the control trend as the run window closes.
   if (checks.ControlCount() > 0) PrintTrendFigures(context.out, checks.snapshot());
   return 0;
