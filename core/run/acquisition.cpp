@@ -118,6 +118,7 @@ bool Acquisition::configureScan() {
 }
 
 bool Acquisition::retrieveScanStatus() {
+  int failed = 0;
   for (;;) {
     links_.LinkTimeoutCount = 0;
     failure_ = link_.IssueCommand("$SC 1", StatusReader::Scan, "Retrieving Scan Status Record");
@@ -126,6 +127,14 @@ bool Acquisition::retrieveScanStatus() {
     failure_ = record.failure;
     if (OutcomeOf(failure_) == LinkOutcome::Stop) return false;
     if (!record.failed()) return true;
+    if (++failed < FluorimeterLink::kRefusalBound) continue;
+    failed = 0;
+    if (!link_.RetryAfterRepeats("answered \"$SC 1\" " +
+                                 std::to_string(FluorimeterLink::kRefusalBound) +
+                                 " times with a status record that did not end in \"0000\"")) {
+      failure_ = LinkFailure::Abandoned;
+      return false;
+    }
   }
 }
 
@@ -159,14 +168,25 @@ bool Acquisition::AcquireScan() {
   double x = lower - interval;
   // Every point the instrument sends is kept, however many the range holds, so that the stream
   // is read to its end and the next command meets only its own status.
+  std::size_t strays = 0;
   while (x < upper - kPositionSlackNm) {
     const TerminatedText token = link_.ReadNumberToken();
     failure_ = token.failure;
     if (failure_ != LinkFailure::None) return false;
-    if (token.text.empty()) continue;  // a stray character, not a number
-    const double number = fluor::FieldValue(token.text);
+    const double number = token.text.empty() ? kNoPoint : fluor::FieldValue(token.text);
     const double value = number / 1000.0;
-    if (number == kNoPoint || value == kNoPoint) continue;
+    // Stray characters and empty points are passed over, but not without end.
+    if (number == kNoPoint || value == kNoPoint) {
+      if (++strays < FluorimeterLink::kLongestReply) continue;
+      strays = 0;
+      if (link_.RetryAfterRepeats("sent " + std::to_string(FluorimeterLink::kLongestReply) +
+                                  " characters during the scan that are no scan point")) {
+        continue;
+      }
+      failure_ = LinkFailure::Abandoned;
+      return false;
+    }
+    strays = 0;
     x = lower + static_cast<double>(points_.size()) * interval;
     points_.push_back(static_cast<float>(value));
     maximum_ = std::max(maximum_, static_cast<float>(value));
