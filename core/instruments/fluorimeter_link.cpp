@@ -1,5 +1,6 @@
 #include "core/instruments/fluorimeter_link.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/text/number_format.h"
@@ -370,6 +371,14 @@ void FluorimeterLink::discardFollowingCharacter() {
   // line cannot leave it to be read as the first character of the next reply.
   line_.waitForCharacters(1, clock_.monotonicS() + kRecordSilenceS);
   line_.read(1);
+}
+
+void FluorimeterLink::DrainUntilQuiet(double quietS) {
+  for (int round = 0; round < 16; ++round) {
+    const std::size_t waiting = line_.charactersWaiting();
+    if (waiting > 0) line_.read(std::min(waiting, kLongestReply));
+    if (!line_.waitForCharacters(1, clock_.monotonicS() + quietS)) return;
+  }
 }
 
 bool FluorimeterLink::RetryAfterRepeats(const std::string& what) {

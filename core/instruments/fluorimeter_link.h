@@ -117,6 +117,9 @@ class FluorimeterLink {
   // After a bound on repeats: tells the operator what the instrument kept answering ("The
   // fluorimeter on COM1 (...)" + what) and returns true for Retry.
   bool RetryAfterRepeats(const std::string& what);
+  // Throws away what arrives until the line has been quiet for quietS (a stream that runs on
+  // past what the caller reads), at most kLongestReply characters a time, 16 times.
+  void DrainUntilQuiet(double quietS);
   // Names the instrument and its port for messages.
   std::string instrumentOnPort() const;
   // The last error status the instrument answered, as it arrived.

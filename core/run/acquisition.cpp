@@ -12,6 +12,8 @@ namespace {
 
 // A scan marks a point it could not measure with this value; it is no point at all.
 constexpr double kNoPoint = -9999.0;
+// The scan's stream has ended once the line has been quiet this long.
+constexpr double kScanQuietS = 0.5;
 // Scan positions are sums of the interval; this much below the upper limit still counts as
 // below it, and no more, so that rounding never adds or drops a point.
 constexpr double kPositionSlackNm = 1e-6;
@@ -215,8 +217,9 @@ void Acquisition::plotAll() {
 }
 
 void Acquisition::drainInput() {
-  // What follows the last point (its separator, a closing status) is not part of the scan.
-  while (line_.charactersWaiting() > 0) line_.read(line_.charactersWaiting());
+  // What follows the last point (its separator, a closing status, points past the range) is
+  // not part of the scan; the next command must not take it for its status.
+  link_.DrainUntilQuiet(kScanQuietS);
 }
 
 }  // namespace zorvel
