@@ -7,6 +7,7 @@
 #include "core/datafiles/data_set_commands.h"
 #include "core/datafiles/empty_set.h"
 #include "core/files/log_line.h"
+#include "core/method/instrument_ranges.h"
 #include "core/method/method_codes.h"
 #include "core/method/method_file.h"
 #include "core/quality/alert_console.h"
@@ -129,8 +130,15 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
     return context.fail("give exactly one of --data NEW.fix and --append EXISTING.fix", 2);
   }
   RunOperator op(context.op, context.out);
-  if (!loadMethod(context, op))
-    return context.fail("the method " + o.methodPath + " cannot be read");
+  if (!loadMethod(context, op)) {
+    context.out << "No run started.  The method " << o.methodPath << " cannot be read.\n";
+    return context.fail("the method " + o.methodPath + " cannot be read", 2);
+  }
+  // Nothing is created for a method the fluorimeter would refuse.
+  if (const std::optional<std::string> problem = InstrumentRangeProblem(context.state.Method)) {
+    context.out << "No run started.  " << *problem << "\n";
+    return context.fail("the method " + o.methodPath + " is refused: " + *problem, 2);
+  }
   ConsoleAlertDialog alert(context.script, context.out);
   QualityChecks checks(context.state, context.clock, op, alert);
   const std::optional<RunLaunch> start = launch(context, op, checks);
