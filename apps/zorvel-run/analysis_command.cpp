@@ -7,8 +7,11 @@
 #include "apps/zorvel-run/tray_signals.h"
 #include "core/autosampler/autosampler_check.h"
 #include "core/datafiles/data_set_commands.h"
+#include "core/datafiles/empty_set.h"
+#include "core/files/log_line.h"
 #include "core/instruments/arm.h"
 #include "core/instruments/pump.h"
+#include "core/method/instrument_ranges.h"
 #include "core/method/method_codes.h"
 #include "core/method/method_file.h"
 #include "core/quality/alert_console.h"
@@ -79,8 +82,11 @@ std::optional<RunLaunch> launch(Context& context, RunOperator& op, QualityChecks
   }
   const std::string path = absolute(context.options.appendDataPath);
   const ReopenResult reopened = ReopenDataFileSet(context.state, op, path, checks);
+  for (const std::string& entry : reopened.logEntries) {
+    WriteLogEntry(context.state.LogPath, context.clock, entry);
+    context.out << entry << "\n";
+  }
   if (!reopened.ok) return std::nullopt;
-  context.state.LineEnding = LineEndingFor(context.state.Method.FileType);
   // What the main window's median display would show for the reloaded control database.
   PrintMedians(context.out, checks.snapshot(), checks.medianRow(context.state.Method.NoColors));
   return LaunchAppend(services, false, reopened.nextSampleNumber, reopened.lastSampleNumber);
@@ -147,6 +153,18 @@ bool act(const ScriptLine& line, RunController& run, const ConsoleRunView& view,
   return true;
 }
 
+// However the run ends, a new data set that received no reading is not left behind.
+class EmptySetGuard {
+ public:
+  explicit EmptySetGuard(const AppState& state) : state_(state) {}
+  ~EmptySetGuard() { RemoveSetWithoutRecords(state_.Method, state_.DataSet); }
+  EmptySetGuard(const EmptySetGuard&) = delete;
+  EmptySetGuard& operator=(const EmptySetGuard&) = delete;
+
+ private:
+  const AppState& state_;
+};
+
 }  // namespace
 
 int RunAnalysisCommand(Context& context, LineSource& lines) {
@@ -155,21 +173,39 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
     return context.fail("give exactly one of --data NEW.fix and --append EXISTING.fix", 2);
   }
   RunOperator op(context.op, context.out);
-  if (!loadMethod(context, op))
-    return context.fail("the method " + o.methodPath + " cannot be read");
+  if (!loadMethod(context, op)) {
+    context.out << "No run started.  The method " << o.methodPath << " cannot be read.\n";
+    return context.fail("the method " + o.methodPath + " cannot be read", 2);
+  }
+  // Nothing is created for a method the fluorimeter would refuse.
+  if (const std::optional<std::string> problem = InstrumentRangeProblem(context.state.Method)) {
+    context.out << "No run started.  " << *problem << "\n";
+    return context.fail("the method " + o.methodPath + " is refused: " + *problem, 2);
+  }
   ConsoleAlertDialog alert(context.script, context.out);
   QualityChecks checks(context.state, context.clock, op, alert);
   std::unique_ptr<TrayInstruments> tray;
   if (context.state.Method.DeliveryMethod == 2) {
     tray = trayInstruments(context, lines, op);
-    if (!tray) return context.fail("the autosampler's or the dilutor's port cannot be reached");
+    if (!tray) {
+      context.out
+          << "No run started.  The autosampler's or the dilutor's port cannot be reached.\n";
+      return context.fail("the autosampler's or the dilutor's port cannot be reached", 2);
+    }
   }
   const std::optional<RunLaunch> start = launch(context, op, checks, tray.get());
-  if (context.script.failed()) return context.fail(context.script.failure());
-  if (!start) return context.fail("the data set " + o.appendDataPath + " cannot be reopened");
+  // state.DataSet names a new set only once its files were made here.
+  std::optional<EmptySetGuard> newSet;
+  if (!o.newDataPath.empty()) newSet.emplace(context.state);
+  // Nothing has been read yet: a question the answer file cannot answer refuses the run.
+  if (context.script.failed()) {
+    context.out << "No run started.  The answer file could not answer a question.\n";
+    return context.fail(context.script.failure(), 2);
+  }
+  if (!start) return context.fail("the data set " + o.appendDataPath + " cannot be reopened", 2);
   if (!start->startRun) {
-    context.out << "No run started.\n";
-    return 0;
+    context.out << "No run started.  " << start->notStartedReason << "\n";
+    return context.fail("no run started: " + start->notStartedReason, 2);
   }
   const int comPort = context.state.Prefs.FlComPort;
   std::unique_ptr<SerialLine> line = lines.lineFor(InstrumentKind::Fluorimeter, comPort);
@@ -217,6 +253,10 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
   checks.attachGrid(nullptr);
   if (context.op.ended()) return context.op.exitCode();
   if (context.script.failed()) return context.fail(context.script.failure());
+  if (run.readingsNotRecorded() > 0) {
+    return context.fail(std::to_string(run.readingsNotRecorded()) +
+                        " reading(s) could not be written and are not recorded");
+  }
   // Where the desktop shows the control trend as the run window closes.
   if (checks.ControlCount() > 0) PrintTrendFigures(context.out, checks.snapshot());
   return 0;

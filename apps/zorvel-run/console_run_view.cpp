@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "core/files/paths.h"
 #include "core/state/app_state.h"
+#include "core/state/file_dialogs.h"
 
 namespace zorvel::headless {
 
@@ -91,6 +93,13 @@ std::string RunOperator::fileDialog(const FileDialogRequest& request) {
   std::string answer;
   answer.swap(file_);
   out_ << "Data set: " << answer << "\n";
+  // The desktop's Save As dialog asks before it replaces a file; so does the answer file.
+  const bool askFirst = (request.flags & file_dialogs::kAskBeforeOverwrite) != 0;
+  if (askFirst && FileExists(answer) &&
+      inner_.message(answer + " already exists.\rDo you want to replace it?", "Save As",
+                     BoxIcon::Exclamation, BoxButtons::YesNo) != answer::kYes) {
+    return {};
+  }
   return answer;
 }
 

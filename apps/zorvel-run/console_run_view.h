@@ -63,6 +63,7 @@ class RunOperator final : public Operator {
   void beep() override { inner_.beep(); }
   void setBusy(bool busy) override { inner_.setBusy(busy); }
   void endProgram(int exitCode) override { inner_.endProgram(exitCode); }
+  bool answersExhausted() const override { return inner_.answersExhausted(); }
 
  private:
   Operator& inner_;

@@ -23,6 +23,7 @@ class AnswerFileOperator final : public Operator {
   void beep() override {}
   void setBusy(bool) override {}
   void endProgram(int exitCode) override;
+  bool answersExhausted() const override { return script_.failed(); }
 
   bool ended() const { return ended_; }
   int exitCode() const { return exitCode_; }

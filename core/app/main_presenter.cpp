@@ -76,6 +76,15 @@ void MainPresenter::setupFluorimeter() {
 
 void MainPresenter::cancelMethod() {
   showNoMethodState();
+  forgetReopenedSet();
+}
+
+// A reopened set's numbers belong to it alone: once the method is cancelled or another is
+// loaded, a new set starts again at 1.
+void MainPresenter::forgetReopenedSet() {
+  editor_.FirstSampleNumber = 1;
+  editor_.lastSampleNumber = 0;
+  editor_.samplesPresent = false;
 }
 
 void MainPresenter::endWork() {
@@ -130,11 +139,14 @@ void MainPresenter::newMethodFile() {
 }
 
 void MainPresenter::editMethodFile() {
-  apply(EditMethodFile(state_, op_).window);
+  const MethodCommandResult result = EditMethodFile(state_, op_);
+  if (result.methodLoaded) forgetReopenedSet();
+  apply(result.window);
 }
 
 void MainPresenter::appendDataFile() {
   const ReopenResult result = AppendDataFile(state_, op_, *databases_);
+  for (const std::string& entry : result.logEntries) WriteLogEntry(state_.LogPath, clock_, entry);
   if (!result.ok) return;
   editor_.lastSampleNumber = result.lastSampleNumber;
   editor_.samplesPresent = result.samplesPresent;

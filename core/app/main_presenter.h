@@ -84,6 +84,7 @@ class MainPresenter {
 
  private:
   void enable(MainMenu item, bool enabled);
+  void forgetReopenedSet();
   void endWork();
   void apply(const MainWindowUpdate& update);
   void startRun(const RunLaunch& launch);

@@ -161,10 +161,20 @@ LinkFailure WaterCellPresenter::collectDrive(FluorimeterLink& link) {
   // The clock starts with the first point, not with the command.
   double startS = 0.0;
   int shownPercent = 0;
+  std::size_t strays = 0;
   while (sums.count() < kPoints) {
     const TerminatedText token = link.ReadNumberToken();
     if (MustStop(token.failure)) return token.failure;
     const bool started = sums.count() > 0;
+    // Characters that are no number are passed over, but not without end.
+    strays = token.text.empty() ? strays + 1 : 0;
+    if (strays >= FluorimeterLink::kLongestReply) {
+      strays = 0;
+      if (!link.RetryAfterRepeats("sent " + std::to_string(FluorimeterLink::kLongestReply) +
+                                  " characters during the time drive that are no number")) {
+        return LinkFailure::Abandoned;
+      }
+    }
     if (!token.text.empty()) sums.add(token.text);
     if (!started) {
       startS = clock_.monotonicS();

@@ -1,11 +1,11 @@
 #include "core/datafiles/data_set_commands.h"
 
+#include "core/datafiles/data_file_repair.h"
 #include "core/datafiles/data_set_headers.h"
 #include "core/datafiles/data_set_naming.h"
 #include "core/datafiles/last_sample_number.h"
 #include "core/files/file_output.h"
 #include "core/files/paths.h"
-#include "core/files/record_append.h"
 #include "core/method/method_codes.h"
 #include "core/method/method_commands.h"
 #include "core/method/method_file.h"
@@ -16,6 +16,8 @@ namespace zorvel {
 namespace {
 
 constexpr const char* kErrorTitle = "ZORVEL ERROR";
+constexpr const char* kNotificationTitle = "ZORVEL NOTIFICATION";
+constexpr const char* kQuestionTitle = "ZORVEL QUESTION";
 
 // The first header lines of a data file, read as fields: leading blanks skipped, up to a comma
 // or the line end (the comma, or the line end, is used up).
@@ -46,17 +48,66 @@ std::string afterTab(const std::string& field) {
   return field.substr(field.find('\t') + 1);
 }
 
+// The save dialog asked before its own file is overwritten; the set's other files (".CTL",
+// ".SYN", ...) are asked about here. No answer but Yes keeps them.
+bool mayReplaceExistingFiles(const MethodSettings& method, const std::string& chosen,
+                             Operator& op) {
+  std::string existing;
+  const DataSetPaths paths = DataSetPathsFor(method, BasePathOf(chosen));
+  for (const DataFileEntry& file : FilesOfSet(paths)) {
+    if (file.path == chosen || !FileExists(file.path)) continue;
+    existing += (existing.empty() ? "" : ", ") + file.path;
+  }
+  if (existing.empty()) return true;
+  return op.message("The data set " + DataSetNameOf(chosen) + " already has these files: " +
+                        existing + ".  Replace them with a new, empty data set?",
+                    kQuestionTitle, BoxIcon::Question, BoxButtons::YesNo) == answer::kYes;
+}
+
+std::string FolderOf(const std::string& path) {
+  const std::size_t slash = path.find_last_of('/');
+  return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+}
+
+// Checks and repairs every file of the set; false (with the operator told) when one is refused.
+// The line ending is the one the chosen set's first file uses.
+bool repairSet(const MethodSettings& method, const DataSetPaths& paths, Operator& op,
+               std::vector<std::string>& logEntries, std::string& lineEnding) {
+  for (const DataFileEntry& file : FilesOfSet(paths)) {
+    const DataFileRepair repair = RepairDataFile(file.path, ShapeOf(file.kind, method));
+    if (!repair.ok) {
+      op.message(repair.refusal, kErrorTitle, BoxIcon::Exclamation);
+      return false;
+    }
+    if (!repair.logEntry.empty()) logEntries.push_back(repair.logEntry);
+    if (lineEnding.empty()) lineEnding = repair.lineEnding;
+  }
+  return true;
+}
+
 }  // namespace
 
 CreateDataSetResult CreateDataFileSet(AppState& state, Operator& op, Clock& clock,
                                       QualityDatabases& databases) {
   CreateDataSetResult result;
   const std::string path = file_dialogs::SaveDataSet(op, state);
-  if (path.empty()) return result;
+  if (path.empty()) {
+    result.reason = "no data set was chosen";
+    return result;
+  }
+  if (!mayReplaceExistingFiles(state.Method, path, op)) {
+    result.reason = "the data set's files exist and were not to be replaced";
+    return result;
+  }
   state.DataSet.DataSetName = DataSetNameOf(path);
   const HeadersResult headers = WriteDataSetHeaders(state, path, clock.now(), databases);
   result.created = true;
   result.written = headers.written;
+  if (!headers.written) {
+    result.reason = "the data set cannot be created in " + FolderOf(path) + ": " + headers.reason;
+    op.message("The data set cannot be created in " + FolderOf(path) + ": " + headers.reason + ".",
+               kErrorTitle, BoxIcon::Exclamation);
+  }
   result.window.dataFileLabel = headers.dataFileLabel;
   result.window.newDataSet = true;
   return result;
@@ -87,15 +138,19 @@ ReopenResult ReopenDataFileSet(AppState& state, Operator& op, const std::string&
   DataSetPaths paths = DataSetPathsFor(state.Method, base);
   paths.MethodFilePath = methodPath;
   paths.DataSetName = DataSetNameOf(path);
+  // What a crash left half-written is made whole before the set's last number is looked up; a
+  // file that is not of this set, or lacks its header, keeps the set closed.
+  std::string lineEnding;
+  if (!repairSet(state.Method, paths, op, result.logEntries, lineEnding)) return result;
   state.DataSet = paths;
-  state.LineEnding = LineEndingFor(state.Method.FileType);
-  // What a crash left half-written is cut off before the set's last number is looked up.
-  for (const std::string* file : {&paths.FixPath, &paths.SynPath, &paths.CtlPath, &paths.BlkPath,
-                                  &paths.StlPath, &paths.SlkPath}) {
-    if (!file->empty()) RepairDataFile(*file);
-  }
+  // Records go on in the line ending the files already use, so a copied set stays uniform.
+  state.LineEnding = lineEnding.empty() ? LineEndingFor(state.Method.FileType) : lineEnding;
 
   const LastSample last = FindLastSample(state.Method, state.DataSet);
+  if (!last.mismatch.empty()) {
+    op.message(last.mismatch, kNotificationTitle, BoxIcon::Exclamation);
+    result.logEntries.push_back(last.mismatch);
+  }
   if (state.Method.Fixed) databases.load(state.DataSet.CtlPath, state.DataSet.BlkPath);
   result.ok = true;
   result.lastSampleNumber = last.number;

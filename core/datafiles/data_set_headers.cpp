@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <vector>
 
 #include "core/datafiles/data_set_naming.h"
 #include "core/files/file_output.h"
@@ -164,20 +165,21 @@ HeadersResult WriteDataSetHeaders(AppState& state, const std::string& chosenPath
   HeadersResult result;
   // A new set starts its databases empty; scans filed as controls or blanks count there too.
   databases.resetCounts();
-  auto create = [&](const std::string& path, const std::string& text) {
-    if (!CreateTextFile(path, text)) result.written = false;
-  };
+  // The files a set is reopened by (".FIX", ".SYN") come into place last, so a set cut short
+  // by a crash while it is created cannot be chosen for appending.
+  std::vector<NewFile> files;
   if (m.Fixed) {
-    create(p.FixPath, FixedHeaderText(state, created));
-    create(p.CtlPath, DatabaseHeaderText(state, true));
-    create(p.BlkPath, DatabaseHeaderText(state, false));
+    files.push_back({p.CtlPath, DatabaseHeaderText(state, true)});
+    files.push_back({p.BlkPath, DatabaseHeaderText(state, false)});
   }
   if (m.Synch) {
-    create(p.SynPath, SynchHeaderText(state, created));
-    create(p.StlPath, ScanDatabaseHeaderText(state, true, created));
-    create(p.SlkPath, ScanDatabaseHeaderText(state, false, created));
+    files.push_back({p.StlPath, ScanDatabaseHeaderText(state, true, created)});
+    files.push_back({p.SlkPath, ScanDatabaseHeaderText(state, false, created)});
   }
-  if (m.DeliveryMethod == 2) create(p.LogFilePath, RunLogHeaderText(state));
+  if (m.DeliveryMethod == 2) files.push_back({p.LogFilePath, RunLogHeaderText(state)});
+  if (m.Synch) files.push_back({p.SynPath, SynchHeaderText(state, created)});
+  if (m.Fixed) files.push_back({p.FixPath, FixedHeaderText(state, created)});
+  result.written = CreateFilesTogether(files, &result.reason);
   result.dataFileLabel = DataFileLabel(m, base);
   return result;
 }

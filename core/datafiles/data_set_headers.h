@@ -24,11 +24,13 @@ std::string ScanDatabaseHeaderText(const AppState& state, bool control,
 std::string RunLogHeaderText(const AppState& state);
 
 // Computes the base path and state.DataSet (DataSetName and MethodFilePath kept), then creates
-// each file the method calls for with its header, in the order .FIX, .CTL, .BLK, .SYN, .STL,
-// .SLK, .LOG; the database counts start again at 0. Returns the
-// data-file label; `written` is false when a file could not be created.
+// each file the method calls for with its header, all together or none (a crash part-way
+// leaves no set that could be appended to); the database counts start again at 0. Returns the
+// data-file label; `written` is false with the system's reason when the files could not be
+// created.
 struct HeadersResult {
   bool written = true;
+  std::string reason;
   std::string dataFileLabel;
 };
 HeadersResult WriteDataSetHeaders(AppState& state, const std::string& chosenPath,

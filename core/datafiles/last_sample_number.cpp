@@ -1,11 +1,12 @@
 #include "core/datafiles/last_sample_number.h"
 
-#include <optional>
+#include <algorithm>
+#include <climits>
 #include <string>
 #include <vector>
 
+#include "core/datafiles/data_file_shape.h"
 #include "core/files/file_output.h"
-#include "core/text/number_format.h"
 
 namespace zorvel {
 
@@ -26,74 +27,65 @@ std::vector<std::string_view> splitLines(std::string_view text) {
   return lines;
 }
 
-// The number a field begins with, as a sample number: leading blanks skipped, then an optional
-// sign, digits and decimals; text without digits counts as 0. Nothing when it leaves 16 bits.
-std::optional<int> leadingSampleNumber(std::string_view text) {
-  std::size_t i = 0;
-  while (i < text.size() && text[i] == ' ') ++i;
-  const std::size_t start = i;
-  if (i < text.size() && (text[i] == '-' || text[i] == '+')) ++i;
-  const std::size_t digitsStart = i;
-  while (i < text.size() && text[i] >= '0' && text[i] <= '9') ++i;
-  if (i < text.size() && text[i] == '.') {
-    ++i;
-    while (i < text.size() && text[i] >= '0' && text[i] <= '9') ++i;
-  }
-  if (i == digitsStart) return 0;
-  const auto value = text::parseNumber(text.substr(start, i - start));
-  if (!value) return 0;
-  const auto number = text::toInt16(*value);
-  if (!number) return std::nullopt;
-  return *number;
-}
-
 bool isPureOrBlank(char c) {
   return c == 'P' || c == 'B';
+}
+
+// The records after the heading line that contains `lastHeading`.
+LastSample lastSampleAfter(std::string_view text, std::string_view lastHeading,
+                           bool anyRecordIsASample) {
+  LastSample last;
+  bool inRecords = false;
+  for (std::string_view line : splitLines(text)) {
+    if (!inRecords) {
+      inRecords = line.find(lastHeading) != std::string_view::npos;
+      continue;
+    }
+    RecordLabel label;
+    if (!ParseRecordLabel(line, label)) continue;
+    if (label.letter != 'R') last.lastLabel = label.letter + std::to_string(label.number);
+    if (isPureOrBlank(label.letter)) continue;
+    last.number = static_cast<int>(std::min<long>(label.number, INT_MAX));
+    if (label.letter == 'S' || anyRecordIsASample) last.samplesPresent = true;
+  }
+  return last;
+}
+
+std::string fileName(const std::string& path) {
+  return path.substr(path.find_last_of('/') + 1);
 }
 
 }  // namespace
 
 LastSample LastSampleInFixedText(std::string_view text) {
-  LastSample last;
-  bool inRecords = false;
-  for (std::string_view line : splitLines(text)) {
-    if (!inRecords) {
-      inRecords = line.find("em wl") != std::string_view::npos;
-      continue;
-    }
-    if (line.size() <= 2) continue;
-    const std::string_view field = line.substr(0, line.find('\t'));
-    if (field.empty() || isPureOrBlank(field.front())) continue;
-    if (const auto number = leadingSampleNumber(field.substr(1))) last.number = *number;
-    if (field.front() == 'S') last.samplesPresent = true;
-  }
-  return last;
+  return lastSampleAfter(text, "em wl", false);
 }
 
 LastSample LastSampleInScanText(std::string_view text) {
-  LastSample last;
-  bool inRecords = false;
-  for (std::string_view line : splitLines(text)) {
-    if (!inRecords) {
-      inRecords = line.find("Initial") != std::string_view::npos;
-      continue;
-    }
-    if (line.empty() || isPureOrBlank(line.front())) continue;
-    if (const auto number = leadingSampleNumber(line.substr(1))) last.number = *number;
-    last.samplesPresent = true;
-  }
-  return last;
+  return lastSampleAfter(text, "Initial", true);
 }
 
 LastSample FindLastSample(const MethodSettings& method, const DataSetPaths& paths) {
-  LastSample last;
+  LastSample fixed;
+  LastSample scans;
   std::string bytes;
-  if (method.Fixed && ReadWholeFile(paths.FixPath, bytes)) last = LastSampleInFixedText(bytes);
+  if (method.Fixed && ReadWholeFile(paths.FixPath, bytes)) fixed = LastSampleInFixedText(bytes);
   bytes.clear();
-  if (method.Synch && ReadWholeFile(paths.SynPath, bytes)) {
-    const LastSample scans = LastSampleInScanText(bytes);
-    last.number = scans.number;
-    last.samplesPresent = last.samplesPresent || scans.samplesPresent;
+  if (method.Synch && ReadWholeFile(paths.SynPath, bytes)) scans = LastSampleInScanText(bytes);
+  if (!method.Synch) return fixed;
+  if (!method.Fixed) return scans;
+  LastSample last = fixed;
+  last.number = std::max(fixed.number, scans.number);
+  last.samplesPresent = fixed.samplesPresent || scans.samplesPresent;
+  if (fixed.lastLabel != scans.lastLabel) {
+    auto ends = [](const std::string& label) { return label.empty() ? "no record" : label; };
+    last.mismatch =
+        "The last reading of the data set is not in both of its files: " + fileName(paths.FixPath) +
+        " ends with " + ends(fixed.lastLabel) + ", " + fileName(paths.SynPath) + " with " +
+        ends(scans.lastLabel) +
+        ".  A run was interrupted between the two records; numbering continues "
+        "after " +
+        std::to_string(last.number) + ".";
   }
   return last;
 }

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <sstream>
 
@@ -21,7 +22,32 @@ bool writeAndClose(const std::string& path, int openFlags, std::string_view byte
   return file.close() && written;
 }
 
+void removeAll(const std::vector<NewFile>& newFiles, const std::string& suffix) {
+  for (const NewFile& file : newFiles) std::remove((file.path + suffix).c_str());
+}
+
 }  // namespace
+
+bool CreateFilesTogether(const std::vector<NewFile>& newFiles, std::string* reason) {
+  auto fail = [&](std::size_t renamed) {
+    if (reason != nullptr) *reason = std::strerror(errno);
+    removeAll(newFiles, ".new");
+    removeAll(std::vector<NewFile>(newFiles.begin(), newFiles.begin() + static_cast<long>(renamed)),
+              "");
+    return false;
+  };
+  for (const NewFile& file : newFiles) {
+    if (!writeAndClose(file.path + ".new", O_CREAT | O_TRUNC, file.bytes)) return fail(0);
+  }
+  for (std::size_t k = 0; k < newFiles.size(); ++k) {
+    const std::string& path = newFiles[k].path;
+    if (std::rename((path + ".new").c_str(), path.c_str()) != 0) return fail(k);
+  }
+  if (!newFiles.empty() && !files::SyncFolderOf(newFiles.front().path)) {
+    return fail(newFiles.size());
+  }
+  return true;
+}
 
 bool WriteWholeFile(const std::string& path, std::string_view bytes) {
   const std::string temporary = path + ".new";

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 // How the program puts bytes on disk. Files are written byte for byte (no line-end or code-page
 // translation) and forced to the disk before they are closed, so that a record or a settings
@@ -15,6 +16,17 @@ bool WriteWholeFile(const std::string& path, std::string_view bytes);
 
 // Creates the file (emptying an existing one) with the given bytes. False on failure.
 bool CreateTextFile(const std::string& path, std::string_view bytes);
+
+// Creates several files so that they appear together or not at all: each is written whole to a
+// temporary name beside it and forced to the disk, then all are renamed into place in the order
+// given and the folder is forced to the disk. On any failure the temporary files and those
+// already renamed are removed again, so no part-made set is left, and `reason` holds the
+// system's reason.
+struct NewFile {
+  std::string path;
+  std::string bytes;
+};
+bool CreateFilesTogether(const std::vector<NewFile>& files, std::string* reason);
 
 // Appends one record to the file (creating it when missing), forces it to the disk and closes
 // it. False on failure.

@@ -6,9 +6,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <string>
 
 #include "core/files/descriptor.h"
+#include "core/files/torn_tail.h"
 
 namespace zorvel {
 
@@ -28,45 +31,23 @@ bool readAll(int fd, std::size_t size, std::string& bytes) {
   return true;
 }
 
-// Cuts a partial last line off. Only the tail is read when the file ends whole, which is the
-// usual case; the whole file is read only to find where a broken tail starts.
+// Cuts what a write that failed half-way left of a record off the end of the file, so that
+// the record going on now does not glue to it: the bytes after the last line ending of either
+// kind, and, in a CR LF file, a line whose LF never came. Only the last byte is read when the
+// file ends whole, which is the usual case.
 bool repairTail(int fd, std::size_t size, std::string_view lineEnding) {
-  if (size == 0 || lineEnding.empty()) return true;
-  const std::size_t tailLength = std::min(size, lineEnding.size());
-  std::string tail(tailLength, '\0');
-  const ssize_t n = ::pread(fd, tail.data(), tailLength, static_cast<off_t>(size - tailLength));
-  if (n != static_cast<ssize_t>(tailLength)) return false;
-  if (tail.size() == lineEnding.size() && tail == lineEnding) return true;
+  if (size == 0) return true;
+  char last = 0;
+  if (::pread(fd, &last, 1, static_cast<off_t>(size - 1)) != 1) return false;
+  if (last == '\n' || (last == '\r' && lineEnding != "\r\n")) return true;
   std::string bytes;
   if (!readAll(fd, size, bytes)) return false;
-  const std::size_t whole = WholeLinesLength(bytes, lineEnding);
-  if (::ftruncate(fd, static_cast<off_t>(whole)) != 0) return false;
-  return ::fdatasync(fd) == 0;
+  std::string_view whole(bytes);
+  if (last == '\r') whole.remove_suffix(1);
+  return ::ftruncate(fd, static_cast<off_t>(WholeLinesLength(whole))) == 0;
 }
 
-}  // namespace
-
-std::size_t WholeLinesLength(std::string_view bytes, std::string_view lineEnding) {
-  if (lineEnding.empty()) return bytes.size();
-  const std::size_t last = bytes.rfind(lineEnding);
-  if (last == std::string_view::npos) return 0;
-  return last + lineEnding.size();
-}
-
-bool RepairDataFile(const std::string& path) {
-  Descriptor file(::open(path.c_str(), O_RDWR | O_CLOEXEC));
-  if (file.get() < 0) return errno == ENOENT;
-  struct stat info {};
-  if (::fstat(file.get(), &info) != 0) return false;
-  std::string bytes;
-  if (!readAll(file.get(), static_cast<std::size_t>(info.st_size), bytes)) return false;
-  const std::string_view ending = bytes.find("\r\n") != std::string::npos ? "\r\n" : "\r";
-  if (!repairTail(file.get(), bytes.size(), ending)) return false;
-  return file.close();
-}
-
-bool AppendRecordDurably(const std::string& path, std::string_view record,
-                         std::string_view lineEnding) {
+bool appendDurably(const std::string& path, std::string_view record, std::string_view lineEnding) {
   struct stat before {};
   const bool existed = ::stat(path.c_str(), &before) == 0;
   Descriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
@@ -78,6 +59,33 @@ bool AppendRecordDurably(const std::string& path, std::string_view record,
   if (::fdatasync(file.get()) != 0) return false;
   if (!file.close()) return false;
   return existed || files::SyncFolderOf(path);
+}
+
+}  // namespace
+
+bool AppendRecordDurably(const std::string& path, std::string_view record,
+                         std::string_view lineEnding, std::string* reason) {
+  const bool ok = appendDurably(path, record, lineEnding);
+  if (!ok && reason != nullptr) *reason = std::strerror(errno);
+  return ok;
+}
+
+bool ApplyTailRepair(const std::string& path, std::size_t keep, std::string_view complete,
+                     std::string* reason) {
+  Descriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
+  bool ok = file.valid() && ::ftruncate(file.get(), static_cast<off_t>(keep)) == 0;
+  if (ok && !complete.empty()) {
+    ok = ::pwrite(file.get(), complete.data(), complete.size(), static_cast<off_t>(keep)) ==
+         static_cast<ssize_t>(complete.size());
+  }
+  ok = ok && ::fdatasync(file.get()) == 0;
+  if (!ok && reason != nullptr) *reason = std::strerror(errno);
+  return file.close() && ok;
+}
+
+void RemoveFilesDurably(const std::vector<std::string>& paths) {
+  for (const std::string& path : paths) std::remove(path.c_str());
+  if (!paths.empty()) files::SyncFolderOf(paths.front());
 }
 
 }  // namespace zorvel

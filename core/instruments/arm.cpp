@@ -9,7 +9,7 @@ namespace zorvel {
 
 Arm::Arm(SerialLine& line, Clock& clock, Operator& person, LinkState& links,
          const TrayGeometry& tray)
-    : link_(line, clock, person, "autosampler arm"), links_(links), tray_(tray) {}
+    : link_(line, clock, person, "autosampler arm"), clock_(clock), links_(links), tray_(tray) {}
 
 LinkFailure Arm::OpenArmPort() {
   return link_.ensureOpen();
@@ -34,10 +34,14 @@ LinkFailure Arm::PollArmStatus() {
   link_.discardInput();
   if (const auto sent = link_.send("Status\r"); sent != LinkFailure::None) return sent;
   // "Status" goes out once; from here on the arm speaks when it is done.
+  double sinceS = clock_.monotonicS();
   for (;;) {
     if (const auto heard = link_.awaitCharacter(); heard != LinkFailure::None) return heard;
     const std::string reply = link_.readBurst(kReplyGapS);
     if (ArmReplyHasOk(reply) || ArmStatusIsReady(reply)) return LinkFailure::None;
+    if (clock_.monotonicS() - sinceS < kLongestMoveS) continue;
+    if (!link_.busyTooLongRetries(kLongestMoveS, reply)) return LinkFailure::Abandoned;
+    sinceS = clock_.monotonicS();
   }
 }
 

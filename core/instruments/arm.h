@@ -39,11 +39,14 @@ class Arm {
 
   // A reply is taken as whole once the line has been quiet this long after a character.
   static constexpr double kReplyGapS = 0.05;
+  // No move keeps the arm busy longer (the longest travel across the tray takes seconds).
+  static constexpr double kLongestMoveS = 120.0;
 
  private:
   int currentHeight() const;
 
   ArmPumpLine link_;
+  Clock& clock_;
   LinkState& links_;
   const TrayGeometry& tray_;
 };

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "core/instruments/repeat_bound.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {
@@ -66,6 +67,14 @@ std::string ArmPumpLine::readBurst(double quietGapS) {
     text += line.read(line.charactersWaiting());
   }
   return text;
+}
+
+bool ArmPumpLine::busyTooLongRetries(double boundS, std::string_view lastReply) {
+  return AskRetryAfterRepeats(operator_, "The " + instrument_ + " on " + line_.line().describe() +
+                                             " has answered for " + text::plain(boundS) +
+                                             " seconds without reporting that it is done; its "
+                                             "last answer was " +
+                                             QuotedReply(lastReply) + ".");
 }
 
 }  // namespace zorvel

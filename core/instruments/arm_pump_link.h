@@ -41,6 +41,10 @@ class ArmPumpLine {
   // reply delivered in pieces is seen whole. Empty when nothing is waiting.
   std::string readBurst(double quietGapS);
 
+  // The device has answered for boundS without saying it is done: the operator is told its last
+  // answer and chooses Retry (true: keep waiting) or Cancel.
+  bool busyTooLongRetries(double boundS, std::string_view lastReply);
+
   // Reports the lost line (once) and returns LostPort.
   LinkFailure lostLine() { return line_.reportLost(); }
   const SerialLine& line() const { return line_.line(); }

@@ -1,5 +1,6 @@
 #include "core/instruments/fluorimeter_link.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/text/number_format.h"
@@ -40,6 +41,14 @@ const PatientLine::Words kFluorimeterWords{
              " seconds.  Retry waits again; Cancel gives up.";
     }};
 
+std::string quoted(std::string_view text) {
+  return QuotedReply(text);
+}
+
+std::string times(int count) {
+  return std::to_string(count) + " times";
+}
+
 }  // namespace
 
 FluorimeterLink::FluorimeterLink(SerialLine& line, Clock& clock, Operator& person, LinkState& links,
@@ -73,6 +82,7 @@ LinkFailure FluorimeterLink::IssueCommand(std::string_view command, StatusReader
   if (halted_) return LinkFailure::Halted;
   if (!statusText.empty() && showStatus_) showStatus_(std::string(statusText));
   const std::string frame = fluor::Frame(command);
+  RepeatBound refusals(kRefusalBound);
   for (;;) {
     if (lineDown() || !line_.write(frame)) return reportLost();
     LinkFailure failure = LinkFailure::None;
@@ -88,6 +98,13 @@ LinkFailure FluorimeterLink::IssueCommand(std::string_view command, StatusReader
         break;
     }
     if (OutcomeOf(failure) != LinkOutcome::Resend) return failure;
+    if (failure == LinkFailure::DeviceFault &&
+        !refusals.allowAnother(person_, instrumentOnPort(), [&](int count) {
+          return "refused " + quoted(command) + " " + times(count) + ", answering " +
+                 quoted(lastStatus_);
+        })) {
+      return LinkFailure::Abandoned;
+    }
   }
 }
 
@@ -112,6 +129,7 @@ LinkFailure FluorimeterLink::AwaitCommandStatus() {
     const std::string status = readStatusLine();
     if (status == kAccepted) return LinkFailure::None;
     if (status == kFurtherStatus) continue;
+    lastStatus_ = status;
     ShowInstrumentError(person_, status, false);
     return LinkFailure::DeviceFault;
   }
@@ -124,6 +142,7 @@ LinkFailure FluorimeterLink::AwaitScanStatus() {
     const std::string status = line_.read(kStatusLineLength).substr(0, kStatusLength);
     if (status == kAccepted) return LinkFailure::None;
     if (status == kFurtherStatus) continue;
+    lastStatus_ = status;
     ShowInstrumentError(person_, status, false);
     return LinkFailure::DeviceFault;
   }
@@ -136,6 +155,7 @@ LinkFailure FluorimeterLink::AwaitWaterStatus() {
   if (waited != LinkFailure::None) return waited;
   const std::string status = line_.read(kStatusLineLength).substr(0, kStatusLength);
   if (status == kAccepted) return LinkFailure::None;
+  lastStatus_ = status;
   ShowInstrumentError(person_, status, true);
   return LinkFailure::DeviceFault;
 }
@@ -150,6 +170,7 @@ TerminatedText FluorimeterLink::ReadToTerminator(char terminator) {
     if (!line_.waitForCharacters(1, deadlineS)) {
       if (lineDown()) return {std::string(kBadRecord), reportLost()};
       if (clock_.monotonicS() < deadlineS) continue;
+      lastTrouble_ = "30 seconds of silence";
       return {std::string(kBadRecord), LinkFailure::ReadTimeout};
     }
     while (line_.charactersWaiting() > 0) {
@@ -159,6 +180,11 @@ TerminatedText FluorimeterLink::ReadToTerminator(char terminator) {
         return {std::move(text), LinkFailure::None};
       }
       text.push_back(c);
+      if (text.size() > kLongestReply) {
+        lastTrouble_ = "more than " + std::to_string(kLongestReply) +
+                       " characters without an end, beginning " + quoted(text.substr(0, 24));
+        return {std::string(kBadRecord), LinkFailure::ReadTimeout};
+      }
     }
   }
 }
@@ -186,6 +212,7 @@ ReadingRecord FluorimeterLink::ReadReadingRecord() {
   const TerminatedText status = ReadToTerminator(kCarriageReturn);
   if (MustStop(status.failure)) return {{}, {}, {}, status.failure};
   if (status.text != kAccepted) {
+    lastStatus_ = status.text;
     person_.message("<> 0000: " + status.text, kLs50ReturnErrorTitle, BoxIcon::Exclamation,
                     BoxButtons::Ok);
     record.failure = LinkFailure::DeviceFault;
@@ -196,17 +223,60 @@ ReadingRecord FluorimeterLink::ReadReadingRecord() {
 Reading FluorimeterLink::TakeReading(double excitationNm, double emissionNm, float readTimeS,
                                      fluor::AcceptanceRule rule) {
   const std::string command = fluor::ReadCommand(readTimeS);
+  RepeatBound missing(kMissingRecordBound);
+  RepeatBound refused(kRefusalBound);
+  RepeatBound offTarget(kRefusalBound);
   for (;;) {
     const LinkFailure sent = IssueCommand(command, StatusReader::Command);
     if (sent != LinkFailure::None) return {0.0, sent};
     const ReadingRecord record = ReadReadingRecord();
     if (MustStop(record.failure)) return {0.0, record.failure};
-    if (record.failed()) continue;
-    if (!fluor::WavelengthsAccepted(rule, record.fieldA, record.fieldB, excitationNm, emissionNm)) {
-      continue;
+    bool again = true;
+    if (record.failure == LinkFailure::ReadTimeout) {
+      again = tolerateMissingRecord(missing, command);
+    } else if (record.failed()) {
+      again = tolerateBadRecordStatus(refused, command);
+    } else {
+      // An intensity that is not a number is no reading: it is read again like one taken at
+      // the wrong wavelengths.
+      const std::optional<double> intensity = fluor::WholeNumberField(record.fieldC);
+      if (intensity && fluor::WavelengthsAccepted(rule, record.fieldA, record.fieldB, excitationNm,
+                                                  emissionNm)) {
+        return {*intensity / 1000.0, LinkFailure::None};
+      }
+      again = tolerateOffTarget(offTarget, command, record, excitationNm, emissionNm);
     }
-    return {fluor::FieldValue(record.fieldC) / 1000.0, LinkFailure::None};
+    if (!again) return {0.0, LinkFailure::Abandoned};
   }
+}
+
+bool FluorimeterLink::tolerateMissingRecord(RepeatBound& bound, const std::string& command) {
+  return bound.allowAnother(person_, instrumentOnPort(), [&](int count) {
+    return "accepted " + quoted(command) + " but sent no whole reading record, " + times(count) +
+           " (" + lastTrouble_ + ")";
+  });
+}
+
+bool FluorimeterLink::tolerateBadRecordStatus(RepeatBound& bound, const std::string& command) {
+  return bound.allowAnother(person_, instrumentOnPort(), [&](int count) {
+    return "ended the reading record of " + quoted(command) + " with the status " +
+           quoted(lastStatus_) + " instead of \"0000\", " + times(count);
+  });
+}
+
+bool FluorimeterLink::tolerateOffTarget(RepeatBound& bound, const std::string& command,
+                                        const ReadingRecord& record, double excitationNm,
+                                        double emissionNm) {
+  return bound.allowAnother(person_, instrumentOnPort(), [&](int count) {
+    if (!fluor::WholeNumberField(record.fieldC)) {
+      return "answered " + quoted(command) + " with an intensity that is not a number, " +
+             times(count) + "; the last was " + quoted(record.fieldC);
+    }
+    return "answered " + quoted(command) + " with readings at other wavelengths than " +
+           text::fixed(excitationNm, 1) + "/" + text::fixed(emissionNm, 1) + " nm, " +
+           times(count) + "; the last was at " + quoted(record.fieldA) + "/" +
+           quoted(record.fieldB);
+  });
 }
 
 StatusRecord FluorimeterLink::ReadStatusRecord() {
@@ -237,6 +307,15 @@ TimeDriveHeaderReply FluorimeterLink::ReadTimeDriveHeader() {
     const char c = readOne();
     text.push_back(c);
     zeros = c == '0' ? zeros + 1 : 0;
+    if (text.size() > kLongestReply) {
+      if (!RetryAfterRepeats("sent more than " + std::to_string(kLongestReply) +
+                             " characters of a time-drive header without its closing status, "
+                             "beginning " +
+                             quoted(text.substr(0, 24)))) {
+        return {{}, LinkFailure::Abandoned};
+      }
+      text.clear();
+    }
   }
   return {fluor::SplitTimeDriveHeader(text), LinkFailure::None};
 }
@@ -249,6 +328,13 @@ TerminatedText FluorimeterLink::ReadNumberToken() {
     const char c = readOne();
     if (!fluor::IsNumberCharacter(c)) return {std::move(token), LinkFailure::None};
     token.push_back(c);
+    if (token.size() > kLongestReply) {
+      if (!RetryAfterRepeats("sent a number of more than " + std::to_string(kLongestReply) +
+                             " characters, beginning " + quoted(token.substr(0, 24)))) {
+        return {std::move(token), LinkFailure::Abandoned};
+      }
+      token.clear();
+    }
   }
 }
 
@@ -281,8 +367,26 @@ char FluorimeterLink::readOne() {
 }
 
 void FluorimeterLink::discardFollowingCharacter() {
-  line_.waitForCharacters(1, clock_.monotonicS() + kLineFeedGraceS);
+  // The LF after a CR is waited for as long as the line's silence bound allows, so that a slow
+  // line cannot leave it to be read as the first character of the next reply.
+  line_.waitForCharacters(1, clock_.monotonicS() + kRecordSilenceS);
   line_.read(1);
+}
+
+void FluorimeterLink::DrainUntilQuiet(double quietS) {
+  for (int round = 0; round < 16; ++round) {
+    const std::size_t waiting = line_.charactersWaiting();
+    if (waiting > 0) line_.read(std::min(waiting, kLongestReply));
+    if (!line_.waitForCharacters(1, clock_.monotonicS() + quietS)) return;
+  }
+}
+
+bool FluorimeterLink::RetryAfterRepeats(const std::string& what) {
+  return AskRetryAfterRepeats(person_, instrumentOnPort() + " " + what + ".");
+}
+
+std::string FluorimeterLink::instrumentOnPort() const {
+  return "The fluorimeter on " + line_.describe();
 }
 
 std::string FluorimeterLink::readStatusLine() {

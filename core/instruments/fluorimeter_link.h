@@ -9,6 +9,7 @@
 #include "core/instruments/fluorimeter_protocol.h"
 #include "core/instruments/instrument_error.h"
 #include "core/instruments/patient_line.h"
+#include "core/instruments/repeat_bound.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/serial_line.h"
@@ -63,10 +64,15 @@ class FluorimeterLink {
  public:
   // A record that stops arriving for this long is given up as "Bad**".
   static constexpr double kRecordSilenceS = 30.0;
-  // The line feed after a CR is on its way; it is given this long to arrive.
-  static constexpr double kLineFeedGraceS = 0.1;
   // Size of the input buffer a scan needs so that its numbers fit.
   static constexpr std::size_t kScanBufferSize = 4096;
+  // No reply the instrument sends holds more characters before its terminator; a stream that
+  // goes on past this is not a reply.
+  static constexpr std::size_t kLongestReply = 4096;
+  // Refusals of one command, bad record statuses and off-target readings of one reading before
+  // the operator is asked; records that never came (30 seconds of silence each).
+  static constexpr int kRefusalBound = 5;
+  static constexpr int kMissingRecordBound = 2;
 
   FluorimeterLink(SerialLine& line, Clock& clock, Operator& person, LinkState& links, int model);
 
@@ -108,6 +114,17 @@ class FluorimeterLink {
   // Tells the operator the link has failed and ends the program.
   void HaltOnLinkFailure();
 
+  // After a bound on repeats: tells the operator what the instrument kept answering ("The
+  // fluorimeter on COM1 (...)" + what) and returns true for Retry.
+  bool RetryAfterRepeats(const std::string& what);
+  // Throws away what arrives until the line has been quiet for quietS (a stream that runs on
+  // past what the caller reads), at most kLongestReply characters a time, 16 times.
+  void DrainUntilQuiet(double quietS);
+  // Names the instrument and its port for messages.
+  std::string instrumentOnPort() const;
+  // The last error status the instrument answered, as it arrived.
+  const std::string& lastStatus() const { return lastStatus_; }
+
  private:
   bool lineDown() const;
   LinkFailure reportLost();
@@ -118,6 +135,11 @@ class FluorimeterLink {
   char readOne();
   void discardFollowingCharacter();
   std::string readStatusLine();
+  // The bounds of one reading's loop: false when the operator gave it up.
+  bool tolerateMissingRecord(RepeatBound& bound, const std::string& command);
+  bool tolerateBadRecordStatus(RepeatBound& bound, const std::string& command);
+  bool tolerateOffTarget(RepeatBound& bound, const std::string& command,
+                         const ReadingRecord& record, double excitationNm, double emissionNm);
 
   SerialLine& line_;
   Clock& clock_;
@@ -127,6 +149,9 @@ class FluorimeterLink {
   std::function<void(const std::string&)> showStatus_;
   PatientLine patient_;
   bool halted_ = false;
+  // The last status as it arrived, and what ended the last record read that failed.
+  std::string lastStatus_;
+  std::string lastTrouble_;
 };
 
 }  // namespace zorvel

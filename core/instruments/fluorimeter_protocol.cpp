@@ -67,6 +67,16 @@ bool IsSign(std::string_view text, std::size_t at) {
 
 }  // namespace
 
+std::optional<double> WholeNumberField(std::string_view field) {
+  while (!field.empty() && (field.front() == ' ' || field.front() == '\t')) field.remove_prefix(1);
+  while (!field.empty() && (field.back() == ' ' || field.back() == '\t')) field.remove_suffix(1);
+  if (field.empty()) return std::nullopt;
+  for (const char c : field) {
+    if (!IsNumberCharacter(c) && c != '+') return std::nullopt;
+  }
+  return text::parseNumber(field);
+}
+
 double FieldValue(std::string_view field) {
   std::size_t i = 0;
   while (i < field.size() && (field[i] == ' ' || field[i] == '\t')) ++i;

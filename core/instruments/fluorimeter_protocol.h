@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -41,6 +42,9 @@ std::string TimeDriveCommand(int points);
 // The numeric value of a field's leading number, 0 when it has none: "350.1" is 350.1,
 // " 12abc" is 12, "-.5," is -0.5, "abc" is 0.
 double FieldValue(std::string_view field);
+// The intensity field as a number: the whole field (blanks around it aside) must be one;
+// nothing for "1#7x3" or an empty field.
+std::optional<double> WholeNumberField(std::string_view field);
 
 // True for the characters a streamed number is made of: "0123456789-.".
 bool IsNumberCharacter(char c);

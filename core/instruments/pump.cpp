@@ -56,12 +56,17 @@ LinkFailure Pump::SendPumpCommand(std::int16_t address, std::string_view command
 
 LinkFailure Pump::pollUntilReady(std::int16_t address) {
   const std::string query = PumpQueryFrame(address);
+  double sinceS = clock_.monotonicS();
   for (;;) {
     if (const auto sent = link_.send(query); sent != LinkFailure::None) return sent;
     // On Retry the device is asked again: a query it never heard would wait for ever.
     const auto heard = link_.awaitCharacter([&] { return link_.send(query); });
     if (heard != LinkFailure::None) return heard;
-    if (PumpReplyShowsReady(link_.readBurst(kReplyGapS))) return LinkFailure::None;
+    const std::string reply = link_.readBurst(kReplyGapS);
+    if (PumpReplyShowsReady(reply)) return LinkFailure::None;
+    if (clock_.monotonicS() - sinceS < kLongestCommandS) continue;
+    if (!link_.busyTooLongRetries(kLongestCommandS, reply)) return LinkFailure::Abandoned;
+    sinceS = clock_.monotonicS();
   }
 }
 

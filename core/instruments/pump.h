@@ -44,6 +44,9 @@ class Pump {
   // After a character of a status reply, the rest is taken as what arrives within this gap
   // (a few character times at 9600 baud).
   static constexpr double kReplyGapS = 0.005;
+  // No command keeps the dilutor busy longer: a full stroke at the slowest speed (code 40,
+  // 600 seconds) and a minute's margin.
+  static constexpr double kLongestCommandS = 660.0;
 
  private:
   LinkFailure pollUntilReady(std::int16_t address);

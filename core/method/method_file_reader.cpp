@@ -15,10 +15,17 @@ class MethodLines {
  public:
   explicit MethodLines(KeyValueReader& in) : in_(in) {}
 
+  // A text with a control character in it (a NUL, a stray CR) is no value this program wrote:
+  // the file is refused rather than read with it.
   bool text(std::string& value) {
     value = in_.ReadTextValue();
     offending_ = value;
-    return value != KeyValueReader::kEofMarker;
+    if (value == KeyValueReader::kEofMarker) return false;
+    for (const char c : value) {
+      const auto byte = static_cast<unsigned char>(c);
+      if ((byte < 0x20 && c != '\t') || byte == 0x7f) return false;
+    }
+    return true;
   }
   bool integer(std::int16_t& value) { return in_.ReadIntValue(value); }
   bool single(float& value) { return in_.ReadSingleValue(value); }
@@ -149,13 +156,20 @@ bool readAutosamplerSection(MethodLines& in, AutosamplerSettings& a) {
   return in.text(a.TrayDescriptorFile) && in.integer(a.PumpDirection);
 }
 
+bool isKnownMarker(const std::string& marker) {
+  return marker.empty() || marker == kFixedSectionMarker || marker == kSynchSectionMarker ||
+         marker == kAutosamplerSectionMarker;
+}
+
 // The sections follow the header in a fixed order, each optional. A marker that does not open
-// the section looked for stays pending and is tested against the next one.
+// the section looked for stays pending and is tested against the next one. A line where a
+// marker belongs that is none (a marker glued to the value before it shifts every line after)
+// refuses the file, so no section is read with another's values.
 bool readSections(MethodLines& in, MethodSettings& m) {
   std::string marker;
   bool usedUp = false;
   if (!in.atEnd()) {
-    if (!in.marker(marker)) return false;
+    if (!in.marker(marker) || !isKnownMarker(marker)) return false;
     if (marker == kFixedSectionMarker) {
       if (!readFixedRows(in, m)) return false;
       usedUp = true;
@@ -163,7 +177,7 @@ bool readSections(MethodLines& in, MethodSettings& m) {
   }
   if (usedUp) {
     if (in.atEnd()) return true;
-    if (!in.marker(marker)) return false;
+    if (!in.marker(marker) || !isKnownMarker(marker)) return false;
   }
   usedUp = false;
   if (marker == kSynchSectionMarker) {
@@ -172,7 +186,7 @@ bool readSections(MethodLines& in, MethodSettings& m) {
   }
   if (usedUp) {
     if (in.atEnd()) return true;
-    if (!in.marker(marker)) return false;
+    if (!in.marker(marker) || !isKnownMarker(marker)) return false;
   }
   if (marker == kAutosamplerSectionMarker) return readAutosamplerSection(in, m.Autosampler);
   return true;

@@ -57,6 +57,9 @@ class Operator {
   virtual void setBusy(bool busy) = 0;
   // Ends the program once the current work returns; callers return at once after it.
   virtual void endProgram(int exitCode) = 0;
+  // True once nobody is left to answer (an unattended run whose answer file is used up or went
+  // wrong): a loop that asks again and again stops at once instead.
+  virtual bool answersExhausted() const { return false; }
 
   int message(const std::string& text, const std::string& title = kAppTitle,
               BoxIcon icon = BoxIcon::None, BoxButtons buttons = BoxButtons::Ok) {

@@ -4,7 +4,7 @@
 
 #include "core/datafiles/record_lines.h"
 #include "core/files/file_output.h"
-#include "core/files/record_append.h"
+#include "core/files/record_filing.h"
 
 namespace zorvel {
 
@@ -24,9 +24,9 @@ Verdict FilingCheck::check(const CheckedReading& reading) {
   const std::string line = DatabaseRecordLine(
       control ? record_letter::kControl : record_letter::kBlank, reading.sampleNumber,
       reading.readings, clock_.now(), reading.comment, state_.LineEnding);
-  if (!AppendRecordDurably(path, line, state_.LineEnding)) {
-    op_.message("The reading could not be written to " + path + ".", "ZORVEL ERROR",
-                BoxIcon::Exclamation, BoxButtons::Ok);
+  if (!FileRecord(op_, path, line, state_.LineEnding)) {
+    ++notRecorded_;
+    return Verdict::Keep;
   }
   countScanOnly(reading.kind);
   return Verdict::Keep;

@@ -18,6 +18,7 @@ class FilingCheck final : public QualityCheck, public QualityDatabases {
 
   int ControlCount() const override { return controls_; }
   int BlankCount() const override { return blanks_; }
+  int notRecorded() const override { return notRecorded_; }
   Verdict check(const CheckedReading& reading) override;
   void countScanOnly(CheckKind kind) override;
   std::vector<std::string> medianRow(int colours) const override;
@@ -33,6 +34,7 @@ class FilingCheck final : public QualityCheck, public QualityDatabases {
   Operator& op_;
   int controls_ = 0;
   int blanks_ = 0;
+  int notRecorded_ = 0;
 };
 
 }  // namespace zorvel

@@ -11,8 +11,9 @@ namespace zorvel {
 
 enum class CheckKind { Control, Blank };
 
-// What the check decides about a reading, in the answer codes of the alert's buttons.
-enum class Verdict { Keep = 6, ReadAgain = 7, Abort = 2 };
+// What the check decides about a reading, in the answer codes of the alert's buttons; and,
+// beside them, a reading whose record could not be written and that the operator gave up.
+enum class Verdict { Keep = 6, ReadAgain = 7, Abort = 2, NotRecorded = -1 };
 
 // A colour of a reading outside its band: the value and the band's limits (mean +/- 3 or 4 SD).
 struct OutOfRange {
@@ -54,6 +55,8 @@ class QualityCheck {
   virtual void countScanOnly(CheckKind kind) = 0;
   // The grid's "Median" row: each colour's control median ("0.0"), empty when none is known.
   virtual std::vector<std::string> medianRow(int colours) const = 0;
+  // Readings whose record the operator gave up writing (disk full, read-only folder).
+  virtual int notRecorded() const { return 0; }
 };
 
 }  // namespace zorvel

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "core/datafiles/record_lines.h"
-#include "core/files/record_append.h"
+#include "core/files/record_filing.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {
@@ -184,9 +184,9 @@ void QualityChecks::add(QcDatabase& db, char letter, const std::string& path,
                         const std::string& comment) {
   const std::string line =
       DatabaseRecordLine(letter, sampleNumber, readings, clock_.now(), comment, state_.LineEnding);
-  if (!AppendRecordDurably(path, line, state_.LineEnding)) {
-    op_.message("The reading could not be written to " + path + ".", "ZORVEL ERROR",
-                BoxIcon::Exclamation, BoxButtons::Ok);
+  if (!FileRecord(op_, path, line, state_.LineEnding)) {
+    ++notRecorded_;
+    return;
   }
   AddEntry(db, readings, colours(), db.currentBatch);
 }

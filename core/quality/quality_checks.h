@@ -45,6 +45,7 @@ class QualityChecks final : public QualityCheck, public QualityDatabases {
 
   int ControlCount() const override;
   int BlankCount() const override;
+  int notRecorded() const override { return notRecorded_; }
   Verdict check(const CheckedReading& reading) override;
   void countScanOnly(CheckKind kind) override;
   std::vector<std::string> medianRow(int colours) const override;
@@ -87,6 +88,7 @@ class QualityChecks final : public QualityCheck, public QualityDatabases {
   // Scans filed as controls or blanks with no fixed reading beside them.
   int scanOnlyControls_ = 0;
   int scanOnlyBlanks_ = 0;
+  int notRecorded_ = 0;
   bool mediansKnown_ = false;
   QcCheckState check_;
 };

@@ -12,6 +12,8 @@ namespace {
 
 // A scan marks a point it could not measure with this value; it is no point at all.
 constexpr double kNoPoint = -9999.0;
+// The scan's stream has ended once the line has been quiet this long.
+constexpr double kScanQuietS = 0.5;
 // Scan positions are sums of the interval; this much below the upper limit still counts as
 // below it, and no more, so that rounding never adds or drops a point.
 constexpr double kPositionSlackNm = 1e-6;
@@ -118,6 +120,7 @@ bool Acquisition::configureScan() {
 }
 
 bool Acquisition::retrieveScanStatus() {
+  int failed = 0;
   for (;;) {
     links_.LinkTimeoutCount = 0;
     failure_ = link_.IssueCommand("$SC 1", StatusReader::Scan, "Retrieving Scan Status Record");
@@ -126,6 +129,14 @@ bool Acquisition::retrieveScanStatus() {
     failure_ = record.failure;
     if (OutcomeOf(failure_) == LinkOutcome::Stop) return false;
     if (!record.failed()) return true;
+    if (++failed < FluorimeterLink::kRefusalBound) continue;
+    failed = 0;
+    if (!link_.RetryAfterRepeats("answered \"$SC 1\" " +
+                                 std::to_string(FluorimeterLink::kRefusalBound) +
+                                 " times with a status record that did not end in \"0000\"")) {
+      failure_ = LinkFailure::Abandoned;
+      return false;
+    }
   }
 }
 
@@ -159,14 +170,25 @@ bool Acquisition::AcquireScan() {
   double x = lower - interval;
   // Every point the instrument sends is kept, however many the range holds, so that the stream
   // is read to its end and the next command meets only its own status.
+  std::size_t strays = 0;
   while (x < upper - kPositionSlackNm) {
     const TerminatedText token = link_.ReadNumberToken();
     failure_ = token.failure;
     if (failure_ != LinkFailure::None) return false;
-    if (token.text.empty()) continue;  // a stray character, not a number
-    const double number = fluor::FieldValue(token.text);
+    const double number = token.text.empty() ? kNoPoint : fluor::FieldValue(token.text);
     const double value = number / 1000.0;
-    if (number == kNoPoint || value == kNoPoint) continue;
+    // Stray characters and empty points are passed over, but not without end.
+    if (number == kNoPoint || value == kNoPoint) {
+      if (++strays < FluorimeterLink::kLongestReply) continue;
+      strays = 0;
+      if (link_.RetryAfterRepeats("sent " + std::to_string(FluorimeterLink::kLongestReply) +
+                                  " characters during the scan that are no scan point")) {
+        continue;
+      }
+      failure_ = LinkFailure::Abandoned;
+      return false;
+    }
+    strays = 0;
     x = lower + static_cast<double>(points_.size()) * interval;
     points_.push_back(static_cast<float>(value));
     maximum_ = std::max(maximum_, static_cast<float>(value));
@@ -195,8 +217,9 @@ void Acquisition::plotAll() {
 }
 
 void Acquisition::drainInput() {
-  // What follows the last point (its separator, a closing status) is not part of the scan.
-  while (line_.charactersWaiting() > 0) line_.read(line_.charactersWaiting());
+  // What follows the last point (its separator, a closing status, points past the range) is
+  // not part of the scan; the next command must not take it for its status.
+  link_.DrainUntilQuiet(kScanQuietS);
 }
 
 }  // namespace zorvel

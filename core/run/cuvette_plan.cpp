@@ -39,7 +39,7 @@ std::vector<std::string> CuvettePlan::readyPrompt() const {
     return {prompt::Databases(engine_.checks().ControlCount(), engine_.checks().BlankCount())};
   }
   if (PuresPending) return {"Sample needed: Pure solvent blank."};
-  return {"Sample needed: Sample " + number(engine_.sampleNumber())};
+  return {"Sample needed: Sample " + number(engine_.NextSampleNumber(SampleType::Sample))};
 }
 
 void CuvettePlan::instrumentReady() {
@@ -61,7 +61,14 @@ bool CuvettePlan::confirmQuit() {
   return true;
 }
 
+SampleType CuvettePlan::typeToRead() const {
+  if (BuildingDatabases) return SampleType::Blank;
+  if (PuresPending) return BlankPending ? SampleType::Blank : SampleType::Pure;
+  return SampleType::Sample;
+}
+
 void CuvettePlan::read() {
+  if (!engine_.numberWithinRange(typeToRead())) return;
   if (!engine_.machine().fire(RunEvent::Read)) return;
   engine_.beginReading();
   bool ok = true;
@@ -292,13 +299,26 @@ void CuvettePlan::FinishSample(bool accepted) {
                         : PuresPending ? record_letter::kPure
                                        : record_letter::kSample;
     const SampleType type = CurrentSampleType();
-    if (method_.Fixed && engine_.writer().WriteFixedRecord(type, letter, engine_.content(),
-                                                           false) == Verdict::ReadAgain) {
+    const Verdict verdict =
+        method_.Fixed ? engine_.writer().WriteFixedRecord(type, letter, engine_.content(), false)
+                      : Verdict::Keep;
+    if (verdict == Verdict::ReadAgain) {
       engine_.stepNumberBack();
       rereadAs(type);
       return;
     }
-    if (method_.Synch) engine_.writer().WriteSynchRecord(type, letter, engine_.content(), false);
+    if (verdict == Verdict::NotRecorded) {
+      readingNotRecorded();
+      return;
+    }
+    // A scan that cannot be written after its fixed record was: the number stays used, as the
+    // ".FIX" holds it; the reading counts as not recorded and reopening reports the gap.
+    if (method_.Synch &&
+        !engine_.writer().WriteSynchRecord(type, letter, engine_.content(), false) &&
+        !method_.Fixed) {
+      readingNotRecorded();
+      return;
+    }
   }
   engine_.clearComment();
   hideDecision();
@@ -309,6 +329,13 @@ void CuvettePlan::FinishSample(bool accepted) {
   promptNextItem(true);
   engine_.screen().focus = RunButton::InitRead;
   engine_.show();
+}
+
+void CuvettePlan::readingNotRecorded() {
+  engine_.labelRow("NS");
+  engine_.keepNumber(true);
+  hideDecision();
+  RepromptSample(true);
 }
 
 void CuvettePlan::RepromptSample(bool /*aborted*/) {

@@ -45,12 +45,18 @@ class CuvettePlan final : public RunPlan {
   void acceptClassifiedScan();
   void classifyScanOnly(SampleType kind);
   void FinishSample(bool accepted);
+  // The accepted reading could not be written: nothing of it is filed, the same item is asked
+  // for again under the same number.
+  void readingNotRecorded();
   void RepromptSample(bool aborted);
   void endPuresWhenDone();
   void rereadAs(SampleType type);
 
   // Prompts.
   SampleType CurrentSampleType() const;
+  // What Read takes next: a blank while building databases or before the pures, a pure, or a
+  // sample.
+  SampleType typeToRead() const;
   bool purePhase() const { return PuresPending && !BuildingDatabases; }
   bool databasesFull() const;
   void endBuildingWhenFull();

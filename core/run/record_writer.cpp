@@ -1,7 +1,7 @@
 #include "core/run/record_writer.h"
 
 #include "core/datafiles/record_lines.h"
-#include "core/files/record_append.h"
+#include "core/files/record_filing.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {
@@ -10,10 +10,10 @@ RecordWriter::RecordWriter(const AppState& state, Operator& op, Printer& printer
                            QualityCheck& checks)
     : state_(state), op_(op), printer_(printer), checks_(checks) {}
 
-void RecordWriter::append(const std::string& path, const std::string& record) {
-  if (AppendRecordDurably(path, record, state_.LineEnding)) return;
-  op_.message("The reading could not be written to " + path + ".", "ZORVEL ERROR",
-              BoxIcon::Exclamation, BoxButtons::Ok);
+bool RecordWriter::append(const std::string& path, const std::string& record) {
+  if (FileRecord(op_, path, record, state_.LineEnding)) return true;
+  ++notRecorded_;
+  return false;
 }
 
 Verdict RecordWriter::WriteFixedRecord(SampleType type, char letter, const RecordContent& content,
@@ -30,20 +30,22 @@ Verdict RecordWriter::WriteFixedRecord(SampleType type, char letter, const Recor
     return verdict;
   }
   if (state_.Method.PrintResults) PrintResult(type, content);
-  append(state_.DataSet.FixPath,
-         FixedRecordLine(letter, content.sampleNumber, content.tube, content.readings,
-                         content.comment, state_.LineEnding));
-  return Verdict::Keep;
+  const bool written =
+      append(state_.DataSet.FixPath,
+             FixedRecordLine(letter, content.sampleNumber, content.tube, content.readings,
+                             content.comment, state_.LineEnding));
+  return written ? Verdict::Keep : Verdict::NotRecorded;
 }
 
-void RecordWriter::WriteSynchRecord(SampleType type, char letter, const RecordContent& content,
+bool RecordWriter::WriteSynchRecord(SampleType type, char letter, const RecordContent& content,
                                     bool filed) {
   const std::string* path = &state_.DataSet.SynPath;
   if (filed) path = type == SampleType::Control ? &state_.DataSet.StlPath : &state_.DataSet.SlkPath;
   if (filed && !state_.Method.Fixed) {
     checks_.countScanOnly(type == SampleType::Control ? CheckKind::Control : CheckKind::Blank);
   }
-  append(*path, ScanRecordLine(letter, content.sampleNumber, content.points, state_.LineEnding));
+  return append(*path,
+                ScanRecordLine(letter, content.sampleNumber, content.points, state_.LineEnding));
 }
 
 std::string RecordWriter::ResultLine(SampleType type, const RecordContent& content) {

@@ -32,11 +32,12 @@ class RecordWriter {
 
   // A reading the operator filed as a control or blank (`filed`; type Control or Blank) goes
   // to the check and returns its verdict; any other reading, the solvent blank included, is
-  // appended to ".FIX" with the letter and is kept.
+  // appended to ".FIX" with the letter and is kept, or NotRecorded when the operator gave up
+  // writing it.
   Verdict WriteFixedRecord(SampleType type, char letter, const RecordContent& content, bool filed);
   // A filed scan goes to ".STL" or ".SLK" (and counts in its database when no fixed reading
-  // was filed beside it), any other to ".SYN".
-  void WriteSynchRecord(SampleType type, char letter, const RecordContent& content, bool filed);
+  // was filed beside it), any other to ".SYN". False when the record was not written.
+  bool WriteSynchRecord(SampleType type, char letter, const RecordContent& content, bool filed);
   void PrintResult(SampleType type, const RecordContent& content);
   // During a tray run the control check logs its alerts here instead of asking; null again
   // afterwards.
@@ -45,14 +46,18 @@ class RecordWriter {
   // The printed line: the label in 8 places, each reading "0.0" in 7, " ***" after a comment.
   static std::string ResultLine(SampleType type, const RecordContent& content);
 
+  // Readings whose record the operator gave up writing.
+  int notRecorded() const { return notRecorded_; }
+
  private:
-  void append(const std::string& path, const std::string& record);
+  bool append(const std::string& path, const std::string& record);
 
   const AppState& state_;
   Operator& op_;
   Printer& printer_;
   QualityCheck& checks_;
   UnattendedAlerts* unattended_ = nullptr;
+  int notRecorded_ = 0;
 };
 
 }  // namespace zorvel

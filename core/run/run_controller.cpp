@@ -165,4 +165,8 @@ int RunController::sampleNumber() const {
   return engine_->sampleNumber();
 }
 
+int RunController::readingsNotRecorded() const {
+  return engine_->readingsNotRecorded();
+}
+
 }  // namespace zorvel

@@ -78,6 +78,8 @@ class RunController {
   // After Quit: the control database holds entries, so the trend window is due.
   bool controlDataExist() const;
   int sampleNumber() const;
+  // Readings the operator gave up writing (the disk refused their records).
+  int readingsNotRecorded() const;
 
   std::atomic<bool> StopRequested{false};
   std::atomic<bool> PauseRequested{false};

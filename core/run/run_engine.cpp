@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "core/datafiles/empty_set.h"
 #include "core/files/log_line.h"
 #include "core/run/run_prompts.h"
 #include "core/text/number_format.h"
@@ -145,6 +146,8 @@ void RunEngine::quit(RunPlan& plan) {
   const RunState now = machine_.state();
   if (now != RunState::AwaitingInit && now != RunState::AwaitingRead) return;
   if (!plan.confirmQuit()) return;
+  // A new set that received no reading is not left behind empty.
+  if (NewDataSet) RemoveSetWithoutRecords(state_.Method, state_.DataSet);
   machine_.fire(RunEvent::Quit);
   plan.closing();
   Form_Unload();
@@ -224,6 +227,25 @@ void RunEngine::numberTube(SampleType type, bool& pureStartPending) {
   SampleNumber = n.SampleNumber;
   KeepNumber = n.KeepNumber;
   pureStartPending = n.PureStartPending;
+}
+
+int RunEngine::NextSampleNumber(SampleType type) const {
+  int next = SampleNumber;
+  if (FirstRead && type == SampleType::Matrix) next = 0;
+  if (FirstRead && type != SampleType::Matrix && (type != SampleType::Sample || NewDataSet)) {
+    next = FirstSampleNumber - 1;
+  }
+  return KeepNumber ? next : next + 1;
+}
+
+bool RunEngine::numberWithinRange(SampleType type) {
+  const int next = NextSampleNumber(type);
+  if (next <= kLargestSampleNumber) return true;
+  op_.message("The next reading would be sample " + number(next) + ", beyond " +
+                  number(kLargestSampleNumber) +
+                  ", the last number a data set can hold.  Start a new data set to go on.",
+              "ZORVEL ERROR", BoxIcon::Exclamation);
+  return false;
 }
 
 void RunEngine::numberReading(SampleType type) {

@@ -69,6 +69,14 @@ class RunEngine {
   bool firstRead() const { return FirstRead; }
   void keepNumber(bool keep) { KeepNumber = keep; }
   int sampleNumber() const { return SampleNumber; }
+  // The number a reading of the type would be filed under if it were taken now.
+  int NextSampleNumber(SampleType type) const;
+  // False, with a message, when that number would pass kLargestSampleNumber.
+  bool numberWithinRange(SampleType type);
+  // Sample numbers are 16-bit: a set goes no further than this.
+  static constexpr int kLargestSampleNumber = 32767;
+  // Readings whose records the operator gave up writing.
+  int readingsNotRecorded() const { return writer_.notRecorded() + checks_.notRecorded(); }
   void stepNumberBack() { --SampleNumber; }
   void restartNumbering() { SampleNumber = 0; }
   void setResetEnabled(bool enabled);

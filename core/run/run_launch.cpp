@@ -1,6 +1,8 @@
 #include "core/run/run_launch.h"
 
 #include "core/datafiles/data_set_commands.h"
+#include "core/datafiles/empty_set.h"
+#include "core/datafiles/last_sample_number.h"
 #include "core/datafiles/method_summary.h"
 #include "core/text/number_format.h"
 
@@ -46,10 +48,17 @@ RunLaunch LaunchNewDataSet(LaunchServices s, int firstSampleNumber) {
   RunLaunch launch;
   const CreateDataSetResult created = CreateDataFileSet(s.state, s.op, s.clock, s.databases);
   launch.window = created.window;
-  if (!created.created || !created.written) return launch;
+  if (!created.created || !created.written) {
+    launch.notStartedReason = created.reason;
+    return launch;
+  }
   MethodSettings& method = s.state.Method;
   if (method.PrintResults) PrintMethodSummary(s.state, s.printer, true, s.clock.now());
-  if (!readyAutosampler(s)) return launch;
+  if (!readyAutosampler(s)) {
+    launch.notStartedReason = "the autosampler could not be made ready";
+    RemoveSetWithoutRecords(method, s.state.DataSet);
+    return launch;
+  }
   if (method.Synch) method.Spillover = true;
   RunSetup& setup = launch.setup;
   setup.NewDataSet = true;
@@ -69,6 +78,8 @@ RunLaunch LaunchNewDataSet(LaunchServices s, int firstSampleNumber) {
                                     BoxIcon::Question, BoxButtons::YesNoCancel);
     if (answer == answer::kNo) {
       launch.backToNoMethod = true;
+      launch.notStartedReason = "the pure-blank notice was answered No";
+      RemoveSetWithoutRecords(method, s.state.DataSet);
       launch.window.methodFileLabel = "Not Loaded";
       launch.window.dataFileLabel = "Not Loaded";
       return launch;
@@ -91,10 +102,20 @@ RunLaunch LaunchAppend(LaunchServices s, bool newDataSet, int firstSampleNumber,
   if (s.state.Method.PrintResults) {
     PrintMethodSummary(s.state, s.printer, newDataSet, s.clock.now());
   }
-  if (!readyAutosampler(s)) return launch;
+  if (!readyAutosampler(s)) {
+    launch.notStartedReason = "the autosampler could not be made ready";
+    return launch;
+  }
   launch.setup.NewDataSet = newDataSet;
   launch.setup.FirstSampleNumber = firstSampleNumber;
   launch.setup.SampleNumber = lastSampleNumber;
+  if (!newDataSet) {
+    // Whatever the window remembers, the set's own files say where numbering goes on: an
+    // earlier run on the same set may have added records since it was reopened.
+    const LastSample onDisk = FindLastSample(s.state.Method, s.state.DataSet);
+    launch.setup.SampleNumber = onDisk.number;
+    launch.setup.FirstSampleNumber = onDisk.number + 1;
+  }
   launch.setup.BuildingDatabases = false;
   launch.startRun = true;
   return launch;

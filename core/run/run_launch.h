@@ -32,6 +32,8 @@ struct LaunchServices {
 struct RunLaunch {
   // Open the run window with `setup`.
   bool startRun = false;
+  // Why no run starts, when none does (for the unattended run's "No run started.").
+  std::string notStartedReason;
   RunSetup setup;
   // Autosampler delivery with pures: the tray run reads the pure tubes first.
   bool autosamplerPures = false;
@@ -49,7 +51,7 @@ struct RunLaunch {
 RunLaunch LaunchNewDataSet(LaunchServices services, int firstSampleNumber);
 
 // OK on a reopened set: the summary, the autosampler link, no database building; numbering
-// continues after the last sample on file.
+// continues after the last sample on file, read again from the set's files as they are now.
 RunLaunch LaunchAppend(LaunchServices services, bool newDataSet, int firstSampleNumber,
                        int lastSampleNumber);
 

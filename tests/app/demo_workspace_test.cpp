@@ -7,6 +7,8 @@
 #include "app/fake_views.h"
 #include "core/app/main_presenter.h"
 #include "core/app/port_map.h"
+#include "core/datafiles/data_set_headers.h"
+#include "core/files/file_output.h"
 #include "core/method/demo_methods.h"
 #include "core/method/method_commands.h"
 #include "core/platform/page_printer.h"
@@ -71,6 +73,40 @@ TEST(DemoWorkspace, AppendingAMissingSetSaysSoAndChangesNothing) {
   EXPECT_EQ(op.messages()[0].text, "File does not exist.");
   EXPECT_EQ(view.methodShown, 0);
   EXPECT_EQ(view.dataLabel, "None open");
+}
+
+TEST(DemoWorkspace, AReopenedSetsNumbersGoWithCancelAndWithTheNextMethodLoaded) {
+  const std::string dir = testing::makeTempDir("demo-numbers");
+  ScriptedOperator op;
+  ASSERT_TRUE(PrepareDemoWorkspace(dir, op));
+  AppState state;
+  VirtualClock clock;
+  PagePrinter printer;
+  testing::FakeMainView view;
+  MainPresenter presenter(state, op, clock, printer, view);
+  ASSERT_TRUE(presenter.startUp(dir));
+  const std::string method = state.MethodsDirectory + "/" + kDemoFixedMethod;
+  op.chooseNext(method);
+  presenter.editMethodFile();
+  state.DataSet.MethodFilePath = method;
+  NoQualityDatabases none;
+  const std::string set = state.DataDirectory + "/run.fix";
+  WriteDataSetHeaders(state, set, CalendarTime{}, none);
+  ASSERT_TRUE(AppendRecord(state.DataSet.FixPath, "S17\t1.000\r\n"));
+
+  for (const bool cancel : {true, false}) {
+    op.chooseNext(state.DataSet.FixPath);
+    presenter.appendDataFile();
+    ASSERT_EQ(presenter.editor().FirstSampleNumber, 18);
+    if (cancel) {
+      presenter.cancelMethod();
+    } else {
+      op.chooseNext(method);
+      presenter.editMethodFile();
+    }
+    EXPECT_EQ(presenter.editor().FirstSampleNumber, 1);
+    EXPECT_EQ(presenter.editor().lastSampleNumber, 0);
+  }
 }
 
 }  // namespace

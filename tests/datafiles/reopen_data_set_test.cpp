@@ -109,6 +109,103 @@ TEST(ReopenDataFileSet, ScanSetInMacintoshLineEnds) {
   EXPECT_TRUE(databases.loaded.empty());
 }
 
+// Converts every line ending of a file to another, as a copying tool would.
+void convertLineEnds(const std::string& path, const std::string& eol) {
+  std::string bytes = testing::readFile(path);
+  std::string out;
+  for (std::size_t k = 0; k < bytes.size(); ++k) {
+    if (bytes[k] == '\r' && k + 1 < bytes.size() && bytes[k + 1] == '\n') ++k;
+    if (bytes[k] == '\r' || bytes[k] == '\n') {
+      out += eol;
+    } else {
+      out += bytes[k];
+    }
+  }
+  writeFile(path, out);
+}
+
+TEST(ReopenDataFileSet, ACopiedSetKeepsEveryLineWhateverItsLineEnds) {
+  for (const std::string eol : {"\n", "\r"}) {
+    SCOPED_TRACE(testing::visible(eol));
+    const SavedSet set = makeSet(testing::FixedCuvetteMethod(), "liver.fix",
+                                 "S16\t1.000\t2.000\t3.000\r\nS17\t1.000\t2.000\t3.000\r\n");
+    for (const char* ext : {"FIX", "CTL", "BLK"})
+      convertLineEnds(set.directory + "liver." + ext, eol);
+    const std::string before = testing::readFile(set.dataPath);
+    AppState state;
+    ScriptedOperator op;
+    NoQualityDatabases none;
+    const ReopenResult r = ReopenDataFileSet(state, op, set.dataPath, none);
+    ASSERT_TRUE(r.ok) << (op.messages().empty() ? "" : op.messages()[0].text);
+    EXPECT_SAME_BYTES(before, testing::readFile(set.dataPath));
+    EXPECT_EQ(r.nextSampleNumber, 18);
+    EXPECT_EQ(state.LineEnding, eol);
+    EXPECT_TRUE(r.logEntries.empty());
+  }
+}
+
+TEST(ReopenDataFileSet, AWholeLastRecordIsCompletedAndATornOneCutAndLogged) {
+  const SavedSet set = makeSet(testing::FixedCuvetteMethod(), "liver.fix",
+                               "S16\t1.000\t2.000\t3.000\r\nS17\t1.000\t2.000\t3.000");
+  writeFile(set.directory + "liver.CTL", testing::readFile(set.directory + "liver.CTL") +
+                                             "C4\t 1 \t 2 \t 3.5 \t03-07-2026\t14:0");
+  AppState state;
+  ScriptedOperator op;
+  NoQualityDatabases none;
+  const ReopenResult r = ReopenDataFileSet(state, op, set.dataPath, none);
+  ASSERT_TRUE(r.ok);
+  EXPECT_EQ(r.nextSampleNumber, 18);
+  const std::string fix = testing::readFile(set.dataPath);
+  EXPECT_EQ(fix.substr(fix.size() - 23), "S17\t1.000\t2.000\t3.000\r\n");
+  const std::string ctl = testing::readFile(set.directory + "liver.CTL");
+  EXPECT_EQ(ctl.substr(ctl.size() - 9), "Comment\r\n");
+  EXPECT_EQ(std::string::npos, ctl.find("C4"));
+  ASSERT_EQ(r.logEntries.size(), 2u);
+  EXPECT_NE(std::string::npos, r.logEntries[0].find("completed the whole last record S17"));
+  EXPECT_NE(std::string::npos, r.logEntries[1].find("removed a partial last line of 32 bytes"));
+}
+
+TEST(ReopenDataFileSet, ASetWithAFileWithoutItsHeaderIsRefused) {
+  const SavedSet set = makeSet(testing::FixedCuvetteMethod(), "liver.fix", "S4\t1\t2\t3\r\n");
+  writeFile(set.directory + "liver.BLK", "BLANK FILE: x\r\n");
+  AppState state;
+  ScriptedOperator op;
+  NoQualityDatabases none;
+  EXPECT_FALSE(ReopenDataFileSet(state, op, set.dataPath, none).ok);
+  ASSERT_EQ(op.messages().size(), 1u);
+  EXPECT_EQ(op.messages()[0].text, set.directory +
+                                       "liver.BLK lacks its header (1 of its 3 lines): nothing is "
+                                       "appended to it.  The file was left as it is.");
+  EXPECT_TRUE(state.DataSet == DataSetPaths{});
+}
+
+TEST(ReopenDataFileSet, TheHighestNumberOfBothFilesCountsAndAOneSidedReadingIsReported) {
+  MethodSettings method = testing::FixedCuvetteMethod();
+  method.Synch = true;
+  const SavedSet set =
+      makeSet(method, "liver.fix", "S4\t1.000\t2.000\t3.000\r\nS5\t1.000\t2.000\t3.000\r\n");
+  writeFile(set.directory + "liver.SYN",
+            testing::readFile(set.directory + "liver.SYN") + "S4  1 2 \r\n");
+  AppState state;
+  ScriptedOperator op;
+  NoQualityDatabases none;
+  const ReopenResult r = ReopenDataFileSet(state, op, set.dataPath, none);
+  ASSERT_TRUE(r.ok);
+  EXPECT_EQ(r.nextSampleNumber, 6);
+  ASSERT_EQ(op.messages().size(), 1u);
+  EXPECT_EQ(op.messages()[0].text,
+            "The last reading of the data set is not in both of its files: liver.FIX ends with "
+            "S5, liver.SYN with S4.  A run was interrupted between the two records; numbering "
+            "continues after 5.");
+  EXPECT_EQ(r.logEntries, std::vector<std::string>{op.messages()[0].text});
+}
+
+TEST(ReopenDataFileSet, GarbledLinesAreNoRecordsAndNumbersPast16BitsAreKept) {
+  EXPECT_EQ(LastSampleInFixedText("em wl\r\nS40\t1.000\r\n#x\tgarbled\r\nS\t2\r\n").number, 40);
+  EXPECT_EQ(LastSampleInFixedText("em wl\r\nS40000\t1.000\r\n").number, 40000);
+  EXPECT_EQ(LastSampleInScanText("Initial\rS9  1 \rS1x 2 \r").number, 9);
+}
+
 TEST(ReopenDataFileSet, BadHeadersAndMissingMethodsLeaveTheSetClosed) {
   const std::string directory = testing::makeTempDir("bad");
   const std::string methodPath = directory + "m.mth";

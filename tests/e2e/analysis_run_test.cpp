@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
+#include <QFileInfo>
 #include <QProcess>
 #include <chrono>
 #include <thread>
@@ -180,6 +181,103 @@ TEST(AnalysisRun, AppendingAfterACrashRepairsTheTornRecordAndContinuesTheNumbers
   EXPECT_TRUE(std::regex_match(after.substr(whole.size()),
                                std::regex("S3\t-?[0-9]+\\.[0-9]{3}\tafter\r\n")))
       << testing::visible(after.substr(whole.size()));
+}
+
+// zorvel-run killed by strace the moment it enters the when-th of the given system calls;
+// false when strace is not there to do it.
+bool RunKilledAt(const std::string& syscalls, int when, const QStringList& arguments) {
+  const QString strace = "/usr/bin/strace";
+  if (!QFileInfo::exists(strace)) return false;
+  QProcess run;
+  QStringList traced = {
+      "-qq",
+      "-f",
+      "-o",
+      "/dev/null",
+      "-e",
+      QString::fromStdString("trace=" + syscalls),
+      "-e",
+      QString::fromStdString("inject=" + syscalls + ":signal=SIGKILL:when=" + std::to_string(when)),
+      ZORVEL_RUN_EXECUTABLE};
+  run.start(strace, traced + arguments);
+  EXPECT_TRUE(run.waitForFinished(20000));
+  EXPECT_TRUE(run.exitStatus() == QProcess::CrashExit || run.exitCode() != 0)
+      << run.readAllStandardOutput().toStdString();
+  return true;
+}
+
+int RunToEnd(QProcess& run, const QStringList& arguments) {
+  run.start(ZORVEL_RUN_EXECUTABLE, arguments);
+  EXPECT_TRUE(run.waitForFinished(20000));
+  return run.exitCode();
+}
+
+QStringList AppendArguments(const std::string& dir, const std::string& answers) {
+  testing::writeFile(dir + "more.txt", answers);
+  return {"--start-dir", QString::fromStdString(dir),
+          "--method",    QString::fromStdString(dir + "METHODS/LIVER.MTH"),
+          "--append",    QString::fromStdString(dir + "DATA/RUN1.FIX"),
+          "--answers",   QString::fromStdString(dir + "more.txt"),
+          "--port",      "COM1=sim"};
+}
+
+TEST(AnalysisRun, KilledBetweenTheFixAndSynRecordsTheNextRunNumbersAfterBoth) {
+  e2e::ensureApplication();
+  const std::string dir = Workspace(QuickMethod(true));
+  std::string answers = "no\ncancel\ninit\n";  // no databases, no pures
+  for (int k = 0; k < 4; ++k) answers += "read\naccept\naccept\n";
+  QStringList arguments = RunArguments(dir, answers + "quit\n");
+  arguments << "--port"
+            << "COM1=sim";
+  // Each sample is forced to the disk in .FIX, then in .SYN: the fifth sync is sample 3's .FIX.
+  if (!RunKilledAt("fdatasync", 5, arguments)) GTEST_SKIP() << "strace is not installed";
+  const std::string data = dir + "DATA/RUN1.";
+  EXPECT_EQ((std::vector<std::string>{"S1", "S2", "S3"}), Labels(Records(data + "FIX")));
+  EXPECT_EQ((std::vector<std::string>{"S1", "S2"}), Labels(Records(data + "SYN")));
+
+  QProcess run;
+  const int status = RunToEnd(run, AppendArguments(dir, "ok\ninit\nread\naccept\naccept\nquit\n"));
+  const std::string out = run.readAllStandardOutput().toStdString();
+  ASSERT_EQ(0, status) << out << run.readAllStandardError().toStdString();
+  EXPECT_NE(std::string::npos, out.find("RUN1.FIX ends with S3, RUN1.SYN with S2")) << out;
+  EXPECT_NE(std::string::npos, out.find("Sample needed: Sample 4")) << out;
+  EXPECT_EQ((std::vector<std::string>{"S1", "S2", "S3", "S4"}), Labels(Records(data + "FIX")));
+  EXPECT_EQ((std::vector<std::string>{"S1", "S2", "S4"}), Labels(Records(data + "SYN")));
+}
+
+TEST(AnalysisRun, KilledWhileTheSetIsCreatedLeavesNoSetToAppendToAndAnExistingSetIsAskedFor) {
+  e2e::ensureApplication();
+  const std::string dir = Workspace(QuickMethod(true));
+  QStringList arguments = RunArguments(dir, "no\ncancel\ninit\nread\naccept\naccept\nquit\n");
+  arguments << "--port"
+            << "COM1=sim";
+  // The headers come into place one rename at a time, .SYN and .FIX last.
+  if (!RunKilledAt("rename,renameat,renameat2", 3, arguments)) {
+    GTEST_SKIP() << "strace is not installed";
+  }
+  const std::string data = dir + "DATA/RUN1.";
+  EXPECT_FALSE(QFileInfo::exists(QString::fromStdString(data + "FIX")));
+  QProcess run;
+  EXPECT_EQ(2, RunToEnd(run, AppendArguments(dir, "ok\n")));
+
+  // What the crash left is not replaced without a Yes; no answer means no.
+  const std::string ctl = testing::readFile(data + "CTL");
+  EXPECT_EQ(2, RunToEnd(run, RunArguments(dir, "")));
+  EXPECT_NE(std::string::npos, run.readAllStandardError().toStdString().find("ran out"));
+  EXPECT_EQ(ctl, testing::readFile(data + "CTL"));
+  EXPECT_FALSE(QFileInfo::exists(QString::fromStdString(data + "FIX")));
+  arguments = RunArguments(dir, "yes\nno\ncancel\ninit\nread\naccept\naccept\nquit\n");
+  arguments << "--port"
+            << "COM1=sim";
+  ASSERT_EQ(0, RunToEnd(run, arguments)) << run.readAllStandardOutput().toStdString();
+  EXPECT_EQ((std::vector<std::string>{"S1"}), Labels(Records(data + "FIX")));
+
+  // An existing .FIX is asked for as the desktop's Save As dialog asks.
+  const std::string fix = testing::readFile(data + "FIX");
+  EXPECT_EQ(2, RunToEnd(run, RunArguments(dir, "no\n")));
+  EXPECT_NE(std::string::npos, run.readAllStandardOutput().toStdString().find(
+                                   "RUN1.FIX already exists. | Do you want to replace it?"));
+  EXPECT_EQ(fix, testing::readFile(data + "FIX"));
 }
 
 TEST(AnalysisRun, AnAnswerThatDoesNotFitStopsTheRunWithItsLine) {

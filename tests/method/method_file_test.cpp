@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 
+#include "core/method/instrument_ranges.h"
 #include "core/platform/scripted_operator.h"
 #include "method/method_examples.h"
 #include "support/bytes.h"
@@ -195,6 +197,57 @@ TEST(MethodFile, MoreColoursThanTheTableHoldsIsAnError) {
   ScriptedOperator op;
   EXPECT_FALSE(readText(state, op, text));
   EXPECT_EQ(op.messages().size(), 1u);
+}
+
+TEST(MethodFile, GarbledLinesThatShiftASectionOrHoldControlCharactersAreRefused) {
+  const std::string golden = readGolden("method/fixed_synch_cuvette.mth");
+  const std::string fixed = readGolden("method/fixed_cuvette.mth");
+  const std::string cases[] = {
+      // A marker glued to the value before it: the headings line comes where a marker belongs.
+      replaced(golden, "\r\nFIXED SCAN SECTION", "FIXED SCAN SECTION"),
+      // The same in the middle: the scan's first value comes where its marker belongs.
+      replaced(golden, "\r\nSYNCH SCAN SECTION", "SYNCH SCAN SECTION"),
+      replaced(fixed, "Operator?=JS", std::string("Operator?=J\0S", 13)),
+      replaced(fixed, "Operator?=JS", "Operator?=J\x01S"),
+  };
+  for (const std::string& text : cases) {
+    SCOPED_TRACE(testing::visible(text));
+    AppState state;
+    ScriptedOperator op;
+    EXPECT_FALSE(readText(state, op, text));
+    EXPECT_EQ(op.messages().size(), 1u);
+  }
+}
+
+TEST(InstrumentRanges, WhatTheFluorimeterWouldRefuseIsNamed) {
+  auto valid = [] {
+    MethodSettings m = testing::FixedCuvetteMethod();
+    m.Synch = true;
+    m.SynchScan = {4, 4, 360, 700, 15, 0.5f};
+    return m;
+  };
+  MethodSettings m = valid();
+  EXPECT_EQ(InstrumentRangeProblem(m), std::nullopt);
+  m.PMTVoltage = -1;  // the instrument's default
+  EXPECT_EQ(InstrumentRangeProblem(m), std::nullopt);
+  const std::pair<std::function<void(MethodSettings&)>, std::string> cases[] = {
+      {[](MethodSettings& x) { x.ReadTime = 0.05f; },
+       "The read time 0.05 is outside 0.1 to 100 s, which the fluorimeter would refuse."},
+      {[](MethodSettings& x) { x.PMTVoltage = 950; }, "The PMT voltage 950 is outside 0 to 900 V"},
+      {[](MethodSettings& x) { x.FixedPairs[2].EmWl = 950; },
+       "Colour 2: the emission wavelength 950 is outside 200 to 900 nm"},
+      {[](MethodSettings& x) { x.FixedPairs[1].ExSl = 1; },
+       "Colour 1: the excitation slit 1 is outside 2.5 to 15 nm"},
+      {[](MethodSettings& x) { x.SynchScan.UpperLimit = 890; },
+       "The scan's excitation limit 890 is outside 200 to 800 nm"},
+  };
+  for (const auto& [change, said] : cases) {
+    MethodSettings bad = valid();
+    change(bad);
+    const auto problem = InstrumentRangeProblem(bad);
+    ASSERT_TRUE(problem.has_value()) << said;
+    EXPECT_EQ(0u, problem->find(said)) << *problem;
+  }
 }
 
 }  // namespace

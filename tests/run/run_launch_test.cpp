@@ -95,10 +95,16 @@ TEST(RunLaunch, AppendingContinuesTheNumbersWithoutQuestions) {
   MethodSettings method = ThreeColourMethod(true, false);
   method.PrintResults = true;
   Launch append(method);
-  const RunLaunch launch = LaunchAppend(append.services(), false, 13, 12);
+  // The set's file says where numbering goes on, not what the window remembers (7): a second
+  // run on the same reopened set continues after the first one's records.
+  append.state.DataSet.FixPath = append.state.StartDirectory + "RUN1.FIX";
+  testing::writeFile(append.state.DataSet.FixPath, "em wl\t1\r\nS12\t1.000\r\n");
+  const RunLaunch launch = LaunchAppend(append.services(), false, 8, 7);
   ASSERT_TRUE(launch.startRun);
   EXPECT_FALSE(launch.setup.NewDataSet);
   EXPECT_EQ(12, launch.setup.SampleNumber);
+  testing::writeFile(append.state.DataSet.FixPath, "em wl\t1\r\nS12\t1.000\r\nS13\t1.000\r\n");
+  EXPECT_EQ(13, LaunchAppend(append.services(), false, 8, 7).setup.SampleNumber);
   EXPECT_FALSE(launch.setup.BuildingDatabases);
   EXPECT_FALSE(launch.setup.PuresPending);
   EXPECT_TRUE(append.op.shown.empty());
