@@ -85,6 +85,17 @@ void RunEngine::log(const std::string& entry) {
   WriteLogEntry(state_.LogPath, clock_, entry);
 }
 
+bool RunEngine::confirmQuitDuringPures(bool puresPending) {
+  if (!puresPending) return true;
+  const int answer = op_.message(prompt::kQuitDuringPures, prompt::kQueryTitle, BoxIcon::Question,
+                                 BoxButtons::YesNo);
+  if (answer != answer::kYes) return false;
+  if (state_.Method.Fixed) std::remove(state_.DataSet.FixPath.c_str());
+  if (state_.Method.Synch) std::remove(state_.DataSet.SynPath.c_str());
+  log("Run aborted");
+  return true;
+}
+
 void RunEngine::initialise(RunPlan& plan) {
   if (!machine_.fire(RunEvent::Init)) return;
   screen_.resetEnabled = false;

@@ -50,6 +50,9 @@ class RunEngine {
   Clock& clock() { return clock_; }
   bool halted() const { return link_.halted(); }
   void log(const std::string& entry);
+  // Quitting while pures are still due asks first; on Yes the set's reading files go, since
+  // without its pures the set cannot be used. False keeps the run.
+  bool confirmQuitDuringPures(bool puresPending);
 
   // The controls: change `screen()`, then show it; show() forgets a focus once it is sent.
   RunScreen& screen() { return screen_; }

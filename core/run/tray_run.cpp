@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 #include "core/datafiles/record_lines.h"
 #include "core/run/run_prompts.h"
@@ -71,15 +70,7 @@ void TrayRun::closing() {
 }
 
 bool TrayRun::confirmQuit() {
-  if (!PuresPending) return true;
-  const int answer = engine_.op().message(prompt::kQuitDuringPures, prompt::kQueryTitle,
-                                          BoxIcon::Question, BoxButtons::YesNo);
-  if (answer != answer::kYes) return false;
-  const AppState& state = engine_.state();
-  if (method_.Fixed) std::remove(state.DataSet.FixPath.c_str());
-  if (method_.Synch) std::remove(state.DataSet.SynPath.c_str());
-  engine_.log("Run aborted");
-  return true;
+  return engine_.confirmQuitDuringPures(PuresPending);
 }
 
 void TrayRun::legend(const std::string& text) {
