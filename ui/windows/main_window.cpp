@@ -170,10 +170,6 @@ void MainWindow::setMethodControlsEnabled(bool enabled) {
   cancel_->setEnabled(enabled);
 }
 
-void MainWindow::showMethodSettings(const std::string& text) {
-  methodView_->setPlainText(QString::fromLatin1(text.data(), static_cast<int>(text.size())));
-}
-
 void MainWindow::showDisclaimer() {
   if (!disclaimerEnabled_) return;
   DisclaimerDialog dialog(this);

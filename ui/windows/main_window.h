@@ -40,7 +40,6 @@ class MainWindow final : public QMainWindow, public MainView {
   void setMenuEnabled(MainMenu item, bool enabled) override;
   void setCurrentFilesVisible(bool visible) override;
   void setMethodControlsEnabled(bool enabled) override;
-  void showMethodSettings(const std::string& text) override;
   void showDisclaimer() override;
   bool runSetupWindow() override;
   void closeAllWindows() override;
