@@ -31,6 +31,7 @@ class ColourPresenter {
  public:
   ColourPresenter(AppState& state, Operator& op) : state_(state), op_(op) {}
 
+  const AppState& state() const { return state_; }
   ColourWindowState& window() { return window_; }
   const ColourWindowState& window() const { return window_; }
   // Told when OK closes the window: the colours are declared.
