@@ -5,6 +5,7 @@
 #include "apps/zorvel-run/commands.h"
 #include "apps/zorvel-run/console_run_view.h"
 #include "core/datafiles/data_set_commands.h"
+#include "core/method/method_checks.h"
 #include "core/method/method_codes.h"
 #include "core/method/method_file.h"
 #include "core/quality/alert_console.h"
@@ -114,6 +115,10 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
   RunOperator op(context.op, context.out);
   if (!loadMethod(context, op))
     return context.fail("the method " + o.methodPath + " cannot be read");
+  // The checks "&Save As" makes before a run; a reopened set numbers on from its own records.
+  const int firstNumber = o.newDataPath.empty() ? 1 : o.firstNumber;
+  if (const auto problem = CheckMethodForRun(context.state.Method, firstNumber))
+    return context.fail("the method " + o.methodPath + " is refused: " + *problem, 2);
   ConsoleAlertDialog alert(context.script, context.out);
   QualityChecks checks(context.state, context.clock, op, alert);
   const std::optional<RunLaunch> start = launch(context, op, checks);

@@ -14,5 +14,8 @@ int RunAnalysisCommand(Context& context, LineSource& lines);
 int RunWatercellCommand(Context& context, LineSource& lines);
 // --intensity: one intensity reading printed as "0.000".
 int RunIntensityCommand(Context& context, LineSource& lines);
+// --check-method: the whole-method checks over a method file, without instruments or answers;
+// 0 valid, 1 a check failed (its message printed), 2 the file cannot be read.
+int RunCheckMethodCommand(const Options& options, std::ostream& out);
 
 }  // namespace zorvel::headless

@@ -45,6 +45,10 @@ std::optional<int> parse(const QStringList& arguments, Options& options) {
       {"data", "A new data set, named by its .FIX (or .SYN) file.", "NEW.fix"},
       {"append", "An existing data set to append to.", "EXISTING.fix"},
       {"first-number", "The first sample number (default 1).", "N"},
+      {"check-method",
+       "Checks a method as \"&Save As\" does before a run: prints \"Method is valid.\" (exit 0) "
+       "or the first failing check's message (exit 1); a file that cannot be read exits 2.",
+       "FILE.mth"},
       {"watercell", "Runs the water-cell check."},
       {"intensity", "Takes one intensity reading."},
       {"ex", "Excitation wavelength, nm.", "N"},
@@ -65,6 +69,7 @@ std::optional<int> parse(const QStringList& arguments, Options& options) {
   options.methodPath = parser.value("method").toStdString();
   options.newDataPath = parser.value("data").toStdString();
   options.appendDataPath = parser.value("append").toStdString();
+  options.checkMethodPath = parser.value("check-method").toStdString();
   options.watercell = parser.isSet("watercell");
   options.intensity = parser.isSet("intensity");
   options.pmt = parser.value("pmt").toStdString();
@@ -91,11 +96,15 @@ int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QGuiApplication app(argc, argv);
   const int modes = (options.watercell ? 1 : 0) + (options.intensity ? 1 : 0) +
-                    (options.methodPath.empty() ? 0 : 1);
+                    (options.methodPath.empty() ? 0 : 1) +
+                    (options.checkMethodPath.empty() ? 0 : 1);
   if (modes != 1) {
-    std::cerr << "zorvel-run: give exactly one of --method, --watercell, --intensity\n";
+    std::cerr
+        << "zorvel-run: give exactly one of --method, --watercell, --intensity, --check-method\n";
     return 2;
   }
+  if (!options.checkMethodPath.empty())
+    return zorvel::headless::RunCheckMethodCommand(options, std::cout);
   zorvel::headless::Context context(options);
   if (!zorvel::headless::StartHeadless(context)) return 1;
   if (options.watercell) return zorvel::headless::RunWatercellCommand(context, context.lines);

@@ -35,7 +35,7 @@ MethodSettings QuickMethod(bool synch) {
   m.FixedPairs[1] = {493, 515, 5, 5, 4};
   m.FixedPairs[2] = {520, 540, 5, 5, 5};
   m.FixedPairs[3] = {617.5f, 640, 10, 5, 10};
-  m.SynchScan = {5, 5, 400, 410, 20, 1};
+  m.SynchScan = {5, 5, 490, 640, 20, 1};  // covers the fixed pairs, as a method must
   return m;
 }
 
