@@ -99,6 +99,12 @@ TEST(MethodEditorWindow, NewMethodTypedWithTwentyColoursSavedAndReadOnTheBench) 
   EXPECT_FALSE(child<QWidget>(form, "QXOnly1")->isVisible());
   window.action(MainMenu::QXMods)->trigger();
   EXPECT_TRUE(child<QWidget>(form, "QXOnly1")->isVisible());
+  QTest::keyClick(child<QLineEdit>(form, "Op_Box"), Qt::Key_F4,
+                  Qt::ControlModifier | Qt::AltModifier);
+  EXPECT_FALSE(child<QWidget>(form, "QXOnly1")->isVisible());
+  QTest::keyClick(child<QPushButton>(form, "Save"), Qt::Key_F12,
+                  Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_TRUE(child<QWidget>(form, "QXOnly1")->isVisible());
 
   type(form, "Op_Box", "A. Analyst");
   type(form, "sampid_box", "Trout liver, plate 4");
