@@ -12,6 +12,7 @@
 #include "core/instruments/arm.h"
 #include "core/instruments/pump.h"
 #include "core/method/instrument_ranges.h"
+#include "core/method/method_checks.h"
 #include "core/method/method_codes.h"
 #include "core/method/method_file.h"
 #include "core/quality/alert_console.h"
@@ -177,7 +178,13 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
     context.out << "No run started.  The method " << o.methodPath << " cannot be read.\n";
     return context.fail("the method " + o.methodPath + " cannot be read", 2);
   }
-  // Nothing is created for a method the fluorimeter would refuse.
+  // The checks "&Save As" makes before a run come first; a reopened set numbers on from its
+  // own records. Then nothing is created for a method the fluorimeter would refuse.
+  const int firstNumber = o.newDataPath.empty() ? 1 : o.firstNumber;
+  if (const auto problem = CheckMethodForRun(context.state.Method, firstNumber)) {
+    context.out << "No run started.  " << *problem << "\n";
+    return context.fail("the method " + o.methodPath + " is refused: " + *problem, 2);
+  }
   if (const std::optional<std::string> problem = InstrumentRangeProblem(context.state.Method)) {
     context.out << "No run started.  " << *problem << "\n";
     return context.fail("the method " + o.methodPath + " is refused: " + *problem, 2);

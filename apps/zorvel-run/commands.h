@@ -17,5 +17,8 @@ int RunIntensityCommand(Context& context, LineSource& lines);
 // --method with --autosampler prime|rinse|volumes|test: one of the autosampler window's
 // maintenance sequences on the arm and dilutor of the preferences.
 int RunAutosamplerCommand(Context& context, LineSource& lines);
+// --check-method: the whole-method checks over a method file, without instruments or answers;
+// 0 valid, 1 a check failed (its message printed), 2 the file cannot be read.
+int RunCheckMethodCommand(const Options& options, std::ostream& out);
 
 }  // namespace zorvel::headless

@@ -21,7 +21,6 @@ class ConsoleMainView final : public MainView {
   void setMenuEnabled(MainMenu, bool) override {}
   void setCurrentFilesVisible(bool) override {}
   void setMethodControlsEnabled(bool) override {}
-  void showMethodSettings(const std::string&) override {}
   void showDisclaimer() override {}
   bool runSetupWindow() override {
     out_ << "zorvel-run: no preferences file; start zorvel once in this directory to set up "

@@ -30,7 +30,8 @@ struct Options {
   std::string newDataPath;     // --data NEW.fix
   std::string appendDataPath;  // --append EXISTING.fix
   int firstNumber = 1;
-  std::string autosampler;  // --autosampler prime|rinse|volumes|test
+  std::string autosampler;      // --autosampler prime|rinse|volumes|test
+  std::string checkMethodPath;  // --check-method FILE.mth
   // Instrument checks.
   bool watercell = false;
   bool intensity = false;

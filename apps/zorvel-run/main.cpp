@@ -49,6 +49,10 @@ std::optional<int> parse(const QStringList& arguments, Options& options) {
        "With --method: primes the pump, checks the rinse or the volumes, or flushes once "
        "(the \"Check Flow Cell\" box is answered from the answer file).",
        "prime|rinse|volumes|test"},
+      {"check-method",
+       "Checks a method as \"&Save As\" does before a run: prints \"Method is valid.\" (exit 0) "
+       "or the first failing check's message (exit 1); a file that cannot be read exits 2.",
+       "FILE.mth"},
       {"watercell", "Runs the water-cell check."},
       {"intensity", "Takes one intensity reading."},
       {"ex", "Excitation wavelength, nm.", "N"},
@@ -70,6 +74,7 @@ std::optional<int> parse(const QStringList& arguments, Options& options) {
   options.newDataPath = parser.value("data").toStdString();
   options.appendDataPath = parser.value("append").toStdString();
   options.autosampler = parser.value("autosampler").toStdString();
+  options.checkMethodPath = parser.value("check-method").toStdString();
   options.watercell = parser.isSet("watercell");
   options.intensity = parser.isSet("intensity");
   options.pmt = parser.value("pmt").toStdString();
@@ -96,16 +101,20 @@ int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QGuiApplication app(argc, argv);
   const int modes = (options.watercell ? 1 : 0) + (options.intensity ? 1 : 0) +
-                    (options.methodPath.empty() ? 0 : 1);
+                    (options.methodPath.empty() ? 0 : 1) +
+                    (options.checkMethodPath.empty() ? 0 : 1);
   if (!options.autosampler.empty() && (options.methodPath.empty() || !options.newDataPath.empty() ||
                                        !options.appendDataPath.empty())) {
     std::cerr << "zorvel-run: --autosampler needs --method and no data set\n";
     return 2;
   }
   if (modes != 1) {
-    std::cerr << "zorvel-run: give exactly one of --method, --watercell, --intensity\n";
+    std::cerr
+        << "zorvel-run: give exactly one of --method, --watercell, --intensity, --check-method\n";
     return 2;
   }
+  if (!options.checkMethodPath.empty())
+    return zorvel::headless::RunCheckMethodCommand(options, std::cout);
   zorvel::headless::Context context(options);
   if (!zorvel::headless::StartHeadless(context)) return 1;
   if (options.watercell) return zorvel::headless::RunWatercellCommand(context, context.lines);

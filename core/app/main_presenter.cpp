@@ -5,11 +5,8 @@
 
 #include "core/app/startup.h"
 #include "core/datafiles/data_set_commands.h"
-#include "core/datafiles/method_summary.h"
 #include "core/files/log_line.h"
 #include "core/method/method_commands.h"
-#include "core/method/method_file.h"
-#include "core/platform/page_printer.h"
 #include "core/run/run_launch.h"
 #include "core/state/file_dialogs.h"
 
@@ -42,7 +39,7 @@ bool MainPresenter::startUp(const std::string& currentDirectory) {
         MainMenu::ShowExistingControls, MainMenu::QXMods, MainMenu::About})
     enable(item, item != MainMenu::ShowExistingControls);
   if (!StartUp(state_, currentDirectory, op_, clock_, view_)) return false;
-  view_.setMethodControlsEnabled(false);
+  controlsVisible(false);
   return true;
 }
 
@@ -54,8 +51,13 @@ void MainPresenter::activated() {
   }
 }
 
+void MainPresenter::controlsVisible(bool enabled) {
+  view_.setMethodControlsEnabled(enabled);
+  methodEditor_.ControlsVisible(enabled);
+}
+
 void MainPresenter::showNoMethodState() {
-  view_.setMethodControlsEnabled(false);
+  controlsVisible(false);
   view_.setLaunchButtons(false, false);
   view_.setMethodFileLabel("None open.");
   view_.setDataFileLabel("None open.");
@@ -82,7 +84,7 @@ void MainPresenter::cancelMethod() {
 // A reopened set's numbers belong to it alone: once the method is cancelled or another is
 // loaded, a new set starts again at 1.
 void MainPresenter::forgetReopenedSet() {
-  editor_.FirstSampleNumber = 1;
+  methodEditor_.state().FirstSampleNumber = 1;
   editor_.lastSampleNumber = 0;
   editor_.samplesPresent = false;
 }
@@ -106,13 +108,6 @@ void MainPresenter::closeBox() {
   op_.endProgram(0);
 }
 
-// The loaded method, laid out as its printed summary.
-std::string MainPresenter::methodSummaryText() const {
-  PagePrinter page;
-  PrintMethodSummary(state_, page, editor_.NewDataSet, clock_.now());
-  return page.currentText();
-}
-
 void MainPresenter::apply(const MainWindowUpdate& update) {
   if (update.methodFileLabel) view_.setMethodFileLabel(*update.methodFileLabel);
   if (update.dataFileLabel) view_.setDataFileLabel(*update.dataFileLabel);
@@ -122,25 +117,34 @@ void MainPresenter::apply(const MainWindowUpdate& update) {
           MainMenu::RunWatercell, MainMenu::IntensityCheck, MainMenu::SetupFluorimeter})
       enable(item, *update.fileAndInstrumentMenusEnabled);
   }
-  if (update.newDataSet) editor_.NewDataSet = *update.newDataSet;
-  if (update.coloursDeclared) editor_.ColoursDeclared = *update.coloursDeclared;
-  if (update.colourBackupPending) editor_.colourBackupPending = true;
-  if (update.firstSampleNumber) editor_.FirstSampleNumber = *update.firstSampleNumber;
+  MethodEditorState& editor = methodEditor_.state();
+  if (update.newDataSet) editor.NewDataSet = *update.newDataSet;
+  if (update.coloursDeclared) editor.ColoursDeclared = *update.coloursDeclared;
+  if (update.colourBackupPending) methodEditor_.colours().window().BackupPending = true;
+  if (update.firstSampleNumber) editor.FirstSampleNumber = *update.firstSampleNumber;
   if (update.showMethod) {
-    view_.setMethodControlsEnabled(true);
+    controlsVisible(true);
     view_.setLaunchButtons(true, false);
     view_.setTrayFile(state_.Prefs.TrayGeometryFile, state_.Method.DeliveryMethod == 2);
-    view_.showMethodSettings(methodSummaryText());
+    methodEditor_.showMethod();
   }
 }
 
 void MainPresenter::newMethodFile() {
-  apply(NewMethodFile(state_, op_).window);
+  const MethodCommandResult result = NewMethodFile(state_, op_);
+  if (result.methodLoaded) {
+    forgetReopenedSet();
+    methodEditor_.methodLoaded(MethodLoad::New);
+  }
+  apply(result.window);
 }
 
 void MainPresenter::editMethodFile() {
   const MethodCommandResult result = EditMethodFile(state_, op_);
-  if (result.methodLoaded) forgetReopenedSet();
+  if (result.methodLoaded) {
+    forgetReopenedSet();
+    methodEditor_.methodLoaded(MethodLoad::Edit);
+  }
   apply(result.window);
 }
 
@@ -150,29 +154,11 @@ void MainPresenter::appendDataFile() {
   if (!result.ok) return;
   editor_.lastSampleNumber = result.lastSampleNumber;
   editor_.samplesPresent = result.samplesPresent;
-  editor_.FirstSampleNumber = result.nextSampleNumber;
+  methodEditor_.methodLoaded(MethodLoad::Append);
   apply(result.window);
   view_.setLaunchButtons(true, true);
   showMedians();
   enable(MainMenu::ShowExistingControls, checks_ != nullptr && checks_->ControlCount() > 0);
-}
-
-// Saving a new method: the Save As dialog on the methods folder; the method is written under
-// the chosen name and becomes the current method file. (The whole-method checks that come
-// before it belong to the method editor.)
-bool MainPresenter::saveNewMethod() {
-  const std::string path =
-      ShowFileDialog(op_, state_.MethodsDirectory, "MTH", FileDialogAction::SaveAs,
-                     file_dialogs::kAskBeforeOverwrite);
-  if (path.empty()) return false;
-  if (!WriteMethodFile(state_, path)) {
-    op_.message("The method file " + path + " could not be written.", "ZORVEL ERROR",
-                BoxIcon::Exclamation);
-    return false;
-  }
-  state_.DataSet.MethodFilePath = path;
-  view_.setMethodFileLabel(UpperCasedForDisplay(path));
-  return true;
 }
 
 void MainPresenter::startRun(const RunLaunch& launch) {
@@ -188,8 +174,9 @@ void MainPresenter::startRun(const RunLaunch& launch) {
 
 void MainPresenter::save() {
   if (checks_ == nullptr) return;
-  if (editor_.NewDataSet && !saveNewMethod()) return;
-  const int first = editor_.FirstSampleNumber < 0 ? 1 : editor_.FirstSampleNumber;
+  if (!methodEditor_.saveMethodStep()) return;
+  const int number = methodEditor_.state().FirstSampleNumber;
+  const int first = number < 0 ? 1 : number;
   startRun(LaunchNewDataSet(
       LaunchServices{state_, op_, clock_, printer_, *databases_, *checks_, openAutosampler_},
       first));
@@ -215,11 +202,12 @@ bool MainPresenter::runClosed() {
 
 void MainPresenter::okButton() {
   if (checks_ == nullptr) return;
-  view_.setMethodControlsEnabled(true);
-  const int first = editor_.FirstSampleNumber < 0 ? 1 : editor_.FirstSampleNumber;
+  controlsVisible(true);
+  const MethodEditorState& editor = methodEditor_.state();
+  const int first = editor.FirstSampleNumber < 0 ? 1 : editor.FirstSampleNumber;
   startRun(LaunchAppend(
       LaunchServices{state_, op_, clock_, printer_, *databases_, *checks_, openAutosampler_},
-      editor_.NewDataSet, first, editor_.lastSampleNumber));
+      editor.NewDataSet, first, editor_.lastSampleNumber));
 }
 
 }  // namespace zorvel

@@ -7,6 +7,7 @@
 #include "core/app/main_view.h"
 #include "core/datafiles/quality_databases.h"
 #include "core/method/main_window_update.h"
+#include "core/method/method_editor.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/printer.h"
@@ -68,19 +69,18 @@ class MainPresenter {
     openAutosampler_ = std::move(opener);
   }
 
-  // The method editor's own state beside the method record.
+  // The method editor (METHODFORM's fields, checks and colour window).
+  MethodEditor& methodEditor() { return methodEditor_; }
+
+  // The reopened set beside the method editor's state.
   struct EditorState {
-    bool NewDataSet = false;
-    bool ColoursDeclared = false;
-    bool colourBackupPending = false;
-    int FirstSampleNumber = -1;
     // The last sample number of a reopened set and whether it holds samples.
     int lastSampleNumber = 0;
     bool samplesPresent = false;
   };
   const EditorState& editor() const { return editor_; }
   // The autosampler window's starting tube is also the first sample number of the next run.
-  void setFirstSampleNumber(int number) { editor_.FirstSampleNumber = number; }
+  void setFirstSampleNumber(int number) { methodEditor_.state().FirstSampleNumber = number; }
 
  private:
   void enable(MainMenu item, bool enabled);
@@ -88,8 +88,7 @@ class MainPresenter {
   void endWork();
   void apply(const MainWindowUpdate& update);
   void startRun(const RunLaunch& launch);
-  bool saveNewMethod();
-  std::string methodSummaryText() const;
+  void controlsVisible(bool enabled);
   void showMedians();
 
   AppState& state_;
@@ -104,6 +103,7 @@ class MainPresenter {
   QualityCheck* checks_ = nullptr;
   std::function<bool()> openAutosampler_;
   EditorState editor_;
+  MethodEditor methodEditor_{state_, op_};
 };
 
 }  // namespace zorvel

@@ -34,8 +34,6 @@ class MainView {
   virtual void setCurrentFilesVisible(bool visible) = 0;
   // Enables or disables every method control (the method editor's frames, boxes and buttons).
   virtual void setMethodControlsEnabled(bool enabled) = 0;
-  // Shows the settings of the loaded method (read-only text, laid out as its printed summary).
-  virtual void showMethodSettings(const std::string& text) = 0;
   // The disclaimer, modal and centred on the screen.
   virtual void showDisclaimer() = 0;
   // Opens the setup window modally; false when it ended the program (its "Exit" on first run).

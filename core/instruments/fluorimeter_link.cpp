@@ -373,11 +373,15 @@ void FluorimeterLink::discardFollowingCharacter() {
   line_.read(1);
 }
 
-void FluorimeterLink::DrainUntilQuiet(double quietS) {
-  for (int round = 0; round < 16; ++round) {
+void FluorimeterLink::DrainUntilQuiet(double quietS, double limitS) {
+  // A stream of points trickles in a few characters at a time, so only quiet or the overall
+  // bound ends the draining, never a count of reads.
+  const double endS = clock_.monotonicS() + limitS;
+  for (;;) {
     const std::size_t waiting = line_.charactersWaiting();
-    if (waiting > 0) line_.read(std::min(waiting, kLongestReply));
-    if (!line_.waitForCharacters(1, clock_.monotonicS() + quietS)) return;
+    if (waiting > 0) line_.read(waiting);
+    const double nowS = clock_.monotonicS();
+    if (nowS >= endS || !line_.waitForCharacters(1, std::min(nowS + quietS, endS))) return;
   }
 }
 

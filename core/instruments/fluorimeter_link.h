@@ -118,8 +118,8 @@ class FluorimeterLink {
   // fluorimeter on COM1 (...)" + what) and returns true for Retry.
   bool RetryAfterRepeats(const std::string& what);
   // Throws away what arrives until the line has been quiet for quietS (a stream that runs on
-  // past what the caller reads), at most kLongestReply characters a time, 16 times.
-  void DrainUntilQuiet(double quietS);
+  // past what the caller reads), and for no longer than limitS in all.
+  void DrainUntilQuiet(double quietS, double limitS);
   // Names the instrument and its port for messages.
   std::string instrumentOnPort() const;
   // The last error status the instrument answered, as it arrived.

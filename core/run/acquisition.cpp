@@ -219,7 +219,12 @@ void Acquisition::plotAll() {
 void Acquisition::drainInput() {
   // What follows the last point (its separator, a closing status, points past the range) is
   // not part of the scan; the next command must not take it for its status.
-  link_.DrainUntilQuiet(kScanQuietS);
+  // Points past the method's range come at the scan's pace and last no longer than the scan
+  // itself would (the instrument may space them more finely than the method's interval).
+  const SynchScanSettings& scan = method_.SynchScan;
+  const double nmPerS = std::max(std::fabs(static_cast<double>(method_.ScanSpeed)) / 60.0, 0.1);
+  const double scanS = std::fabs(scan.UpperLimit - scan.LowerLimit) / nmPerS;
+  link_.DrainUntilQuiet(kScanQuietS, scanS + 2 * kScanQuietS);
 }
 
 }  // namespace zorvel

@@ -47,8 +47,7 @@ TEST(DemoWorkspace, StartsWithoutQuestionsOnSimulatedInstrumentsAndLoadsItsMetho
   // The label shows the path lower-cased; the file was opened as chosen.
   EXPECT_EQ(view.methodLabel,
             LowerCasedForDisplay(state.MethodsDirectory + "/" + kDemoFixedMethod));
-  EXPECT_EQ(view.methodShown, 1);
-  EXPECT_FALSE(view.methodText.empty());
+  EXPECT_TRUE(view.controlsEnabled);  // the editor holds the method
   EXPECT_TRUE(state.Method.Fixed);
 
   // A second preparation reuses the workspace as it is.
@@ -71,7 +70,7 @@ TEST(DemoWorkspace, AppendingAMissingSetSaysSoAndChangesNothing) {
   presenter.appendDataFile();
   ASSERT_EQ(op.messages().size(), 1u);
   EXPECT_EQ(op.messages()[0].text, "File does not exist.");
-  EXPECT_EQ(view.methodShown, 0);
+  EXPECT_FALSE(view.controlsEnabled);
   EXPECT_EQ(view.dataLabel, "None open");
 }
 
@@ -97,14 +96,14 @@ TEST(DemoWorkspace, AReopenedSetsNumbersGoWithCancelAndWithTheNextMethodLoaded) 
   for (const bool cancel : {true, false}) {
     op.chooseNext(state.DataSet.FixPath);
     presenter.appendDataFile();
-    ASSERT_EQ(presenter.editor().FirstSampleNumber, 18);
+    ASSERT_EQ(presenter.methodEditor().state().FirstSampleNumber, 18);
     if (cancel) {
       presenter.cancelMethod();
     } else {
       op.chooseNext(method);
       presenter.editMethodFile();
     }
-    EXPECT_EQ(presenter.editor().FirstSampleNumber, 1);
+    EXPECT_EQ(presenter.methodEditor().state().FirstSampleNumber, 1);
     EXPECT_EQ(presenter.editor().lastSampleNumber, 0);
   }
 }

@@ -22,10 +22,6 @@ class FakeMainView : public MainView {
   void setMenuEnabled(MainMenu item, bool enabled) override { menus[item] = enabled; }
   void setCurrentFilesVisible(bool visible) override { currentFilesVisible = visible; }
   void setMethodControlsEnabled(bool enabled) override { controlsEnabled = enabled; }
-  void showMethodSettings(const std::string& text) override {
-    ++methodShown;
-    methodText = text;
-  }
   void showDisclaimer() override { ++disclaimers; }
   bool runSetupWindow() override {
     ++setupRuns;
@@ -42,12 +38,12 @@ class FakeMainView : public MainView {
   bool saveEnabled = false, okEnabled = false;
   std::vector<RunSetup> runs;
 
-  std::string methodLabel, dataLabel, trayFile, methodText;
+  std::string methodLabel, dataLabel, trayFile;
   bool trayVisible = false;
   std::map<MainMenu, bool> menus;
   bool currentFilesVisible = true;
   bool controlsEnabled = true;
-  int methodShown = 0, disclaimers = 0, setupRuns = 0;
+  int disclaimers = 0, setupRuns = 0;
   bool closed = false;
   std::function<bool()> onSetup;
 };

@@ -22,11 +22,14 @@ std::string Workspace() {
   m.Fixed = true;
   m.NoColors = 1;
   m.ReadTime = 0.25f;
+  m.ReadTimePures = 0.25f;
   m.ScanSpeed = 1500;
   m.FilterSetting = 7;
   m.PMTVoltage = 820;
   m.Repetitions = 1;
   m.AmtSolvent = 1;
+  m.Operator = "QC";
+  m.StudyId = "Controls";
   m.FixedPairs[1] = {493, 518, 5, 5, 4};
   EXPECT_TRUE(WriteMethodFile(m, dir + "METHODS/QC.MTH"));
   testing::writeFile(dir + "bench.txt",

@@ -4,6 +4,7 @@
 
 #include "core/autosampler/tray_geometry_file.h"
 #include "core/method/demo_methods.h"
+#include "core/method/method_checks.h"
 #include "core/method/method_defaults.h"
 #include "core/method/method_file.h"
 #include "core/platform/scripted_operator.h"
@@ -114,6 +115,7 @@ TEST(DemoMethods, ThreeMethodsAndTheirTrayReadBack) {
   for (const char* name : {kDemoFixedMethod, kDemoFixedSynchMethod, kDemoTrayMethod}) {
     AppState reader;
     ASSERT_TRUE(ReadMethodFile(reader, op, state.MethodsDirectory + name)) << name;
+    EXPECT_EQ(CheckMethodForRun(reader.Method, 1), std::nullopt) << name;  // ready to run
   }
   AppState reader;
   ReadMethodFile(reader, op, state.MethodsDirectory + kDemoTrayMethod);

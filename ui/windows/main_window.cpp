@@ -8,7 +8,6 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -17,6 +16,7 @@
 #include "ui/windows/autosampler_window.h"
 #include "ui/windows/disclaimer_dialog.h"
 #include "ui/windows/intensity_window.h"
+#include "ui/windows/method_form.h"
 #include "ui/windows/run_window.h"
 #include "ui/windows/setup_window.h"
 #include "ui/windows/trend_window.h"
@@ -36,7 +36,7 @@ MainWindow::MainWindow(AppState& state, Operator& op, Clock& clock, Printer& pri
   setWindowTitle("ZORVEL");
   buildMenus();
   setCentralWidget(buildMethodForm());
-  resize(760, 520);
+  resize(900, 700);
 }
 
 void MainWindow::buildMenus() {
@@ -94,6 +94,10 @@ void MainWindow::buildMenus() {
   connect(actions_[MainMenu::IntensityCheck], &QAction::triggered, this,
           [this] { openIntensityCheck(); });
   connect(about, &QAction::triggered, this, [this] { showAbout(); });
+  presenter_.setAvailable(MainMenu::QXMods, true);
+  actions_[MainMenu::QXMods]->setEnabled(true);
+  connect(actions_[MainMenu::QXMods], &QAction::triggered, this,
+          [this] { presenter_.methodEditor().toggleQXPanel(); });
 }
 
 QWidget* MainWindow::buildMethodForm() {
@@ -122,10 +126,7 @@ QWidget* MainWindow::buildMethodForm() {
   files->addWidget(medians_, 3, 1);
   files->setColumnStretch(1, 1);
 
-  methodView_ = new QPlainTextEdit;
-  methodView_->setObjectName("MethodSettings_View");
-  methodView_->setReadOnly(true);
-  methodView_->setFont(QFont("Monospace"));
+  form_ = new MethodForm(presenter_.methodEditor());
   cancel_ = new QPushButton("Cancel");
   cancel_->setObjectName("CancelButton");
   connect(cancel_, &QPushButton::clicked, this, [this] { presenter_.cancelMethod(); });
@@ -140,13 +141,16 @@ QWidget* MainWindow::buildMethodForm() {
 
   auto* layout = new QVBoxLayout(form);
   layout->addWidget(currentFiles_);
-  layout->addWidget(methodView_, 1);
+  layout->addWidget(form_, 1);
   auto* buttons = new QHBoxLayout;
   buttons->addStretch();
   buttons->addWidget(save_);
   buttons->addWidget(ok_);
   buttons->addWidget(cancel_);
   layout->addLayout(buttons);
+  form_->attachWindowControls(save_, ok_, methodLabel_, trayCaption_, trayLabel_);
+  form_->watchKeys(form);
+  presenter_.methodEditor().setView(form_);
   return form;
 }
 
@@ -173,12 +177,7 @@ void MainWindow::setCurrentFilesVisible(bool visible) {
 }
 
 void MainWindow::setMethodControlsEnabled(bool enabled) {
-  methodView_->setEnabled(enabled);
   cancel_->setEnabled(enabled);
-}
-
-void MainWindow::showMethodSettings(const std::string& text) {
-  methodView_->setPlainText(QString::fromLatin1(text.data(), static_cast<int>(text.size())));
 }
 
 void MainWindow::showDisclaimer() {

@@ -12,13 +12,12 @@
 class QAction;
 class QGroupBox;
 class QLabel;
-class QPlainTextEdit;
 class QPushButton;
 
 namespace zorvel::ui {
 
 // MAIN, the parent window, holding METHODFORM, the main method window with its menus, its
-// current-files frame and the settings of the loaded method. The rules live in MainPresenter.
+// current-files frame and the method editor. The rules live in MainPresenter.
 class MainWindow final : public QMainWindow, public MainView {
   Q_OBJECT
  public:
@@ -40,7 +39,6 @@ class MainWindow final : public QMainWindow, public MainView {
   void setMenuEnabled(MainMenu item, bool enabled) override;
   void setCurrentFilesVisible(bool visible) override;
   void setMethodControlsEnabled(bool enabled) override;
-  void showMethodSettings(const std::string& text) override;
   void showDisclaimer() override;
   bool runSetupWindow() override;
   void closeAllWindows() override;
@@ -71,7 +69,7 @@ class MainWindow final : public QMainWindow, public MainView {
   QLabel* trayCaption_ = nullptr;
   QLabel* trayLabel_ = nullptr;
   QLabel* medians_ = nullptr;
-  QPlainTextEdit* methodView_ = nullptr;
+  class MethodForm* form_ = nullptr;
   QPushButton* cancel_ = nullptr;
   QPushButton* save_ = nullptr;
   QPushButton* ok_ = nullptr;

@@ -1,0 +1,293 @@
+#include "core/method/method_editor.h"
+
+#include <cctype>
+
+#include "core/method/method_codes.h"
+#include "core/text/number_format.h"
+
+namespace zorvel {
+
+namespace {
+
+using C = MethodControl;
+
+// What a numeric box does with text that is no number, and with no text at all.
+enum class EmptyText { KeepValue, Sentinel, SentinelWithWarning };
+
+struct NumericBox {
+  C box;
+  bool integer;
+  float sentinel;  // stored for bad text (and for empty text unless kept)
+  const char* badTextMessage;
+  EmptyText empty;
+};
+
+constexpr NumericBox kNumericBoxes[] = {
+    {C::AmtSolv_Box, false, -1, kMessageNumeric, EmptyText::KeepValue},
+    {C::swell_box, true, -1, kMessagePositiveInteger, EmptyText::Sentinel},
+    {C::NumReps_Box, true, -1, kMessagePositiveInteger, EmptyText::Sentinel},
+    {C::nColors_Box, true, -1, kMessageNumeric, EmptyText::Sentinel},
+    {C::RdTime_Box, false, 0, kMessageNumeric, EmptyText::Sentinel},
+    {C::RdTimePures_Box, false, 0, kMessageNumeric, EmptyText::Sentinel},
+    {C::ScnSpd_Box, false, 0, kMessageNumeric, EmptyText::Sentinel},
+    {C::PMTVoltage, false, -1, kMessageNumeric, EmptyText::Sentinel},
+    {C::ExSlSync_Box, false, 0, kMessageNumeric, EmptyText::Sentinel},
+    {C::EmSlSync_Box, false, 0, kMessageNumeric, EmptyText::Sentinel},
+    {C::ScanLL_Box, false, -1, kMessageNumeric, EmptyText::SentinelWithWarning},
+    {C::ScanUL_Box, false, -1, kMessageNumeric, EmptyText::Sentinel},
+    {C::ScanOff_Box, false, -1, kMessageNumeric, EmptyText::Sentinel},
+    {C::ScanDInt_Box, false, -1, kMessageNumeric, EmptyText::Sentinel},
+};
+
+const NumericBox* numericBox(C box) {
+  for (const NumericBox& entry : kNumericBoxes) {
+    if (entry.box == box) return &entry;
+  }
+  return nullptr;
+}
+
+std::int16_t asInt16(double value) {
+  return static_cast<std::int16_t>(value);
+}
+
+}  // namespace
+
+MethodEditor::MethodEditor(AppState& state, Operator& op)
+    : state_(state), op_(op), colours_(state, op) {
+  colours_.setConfirmedListener([this] { coloursConfirmed(); });
+}
+
+void MethodEditor::warn(const std::string& message, MethodControl box) {
+  op_.message(message, "ZORVEL ERROR", BoxIcon::Exclamation);
+  view().selectText(box);
+}
+
+void MethodEditor::textChanged(MethodControl box, const std::string& text) {
+  if (filling_) return;
+  if (box == C::Op_Box) {
+    state_.Method.Operator = text;
+  } else if (box == C::sampid_box) {
+    state_.Method.StudyId = text;
+  } else {
+    numberChanged(box, text);
+  }
+}
+
+void MethodEditor::numberChanged(MethodControl box, const std::string& text) {
+  const NumericBox* rule = numericBox(box);
+  if (rule == nullptr) return;
+  // A lone minus sign is the start of a negative scan speed, not a mistake.
+  if (box == C::ScnSpd_Box && text == "-") return;
+  if (text.empty()) {
+    if (rule->empty == EmptyText::KeepValue) return;
+    store(box, rule->sentinel);
+    if (rule->empty == EmptyText::SentinelWithWarning) warn(kMessageNumeric, box);
+    return;
+  }
+  std::optional<double> value = text::parseNumber(text);
+  if (value && rule->integer) {
+    const std::optional<std::int16_t> whole = text::toInt16(*value);
+    value = whole ? std::optional<double>(*whole) : std::nullopt;
+  }
+  if (!value) {
+    if (box == C::ScnSpd_Box) op_.beep();
+    store(box, rule->sentinel);
+    warn(rule->badTextMessage, box);
+    return;
+  }
+  if (box == C::nColors_Box && (*value < 1 || *value > kMaxColours)) {
+    store(box, -1);
+    warn("Number of colors must be between 1 and 30.", box);
+    return;
+  }
+  if (box == C::PMTVoltage && (*value < 0 || *value > 900)) {
+    store(box, -1);
+    warn("PMT voltage must be between 0 and 900.", box);
+    return;
+  }
+  store(box, *value);
+  if (box == C::nColors_Box) state_.Method.NoPures = state_.Method.NoColors;
+}
+
+void MethodEditor::store(MethodControl box, double value) {
+  MethodSettings& m = state_.Method;
+  const auto single = static_cast<float>(value);
+  switch (box) {
+    case C::AmtSolv_Box:
+      m.AmtSolvent = single;
+      break;
+    case C::swell_box:
+      editor_.FirstSampleNumber = static_cast<int>(value);
+      break;
+    case C::NumReps_Box:
+      m.Repetitions = asInt16(value);
+      break;
+    case C::nColors_Box:
+      m.NoColors = asInt16(value);
+      break;
+    case C::RdTime_Box:
+      m.ReadTime = single;
+      break;
+    case C::RdTimePures_Box:
+      m.ReadTimePures = single;
+      break;
+    case C::ScnSpd_Box:
+      m.ScanSpeed = single;
+      break;
+    case C::PMTVoltage:
+      m.PMTVoltage = single;
+      break;
+    case C::ExSlSync_Box:
+      m.SynchScan.ExSl = single;
+      break;
+    case C::EmSlSync_Box:
+      m.SynchScan.EmSl = single;
+      break;
+    case C::ScanLL_Box:
+      m.SynchScan.LowerLimit = single;
+      break;
+    case C::ScanUL_Box:
+      m.SynchScan.UpperLimit = single;
+      break;
+    case C::ScanOff_Box:
+      m.SynchScan.MonochromatorOffset = single;
+      break;
+    case C::ScanDInt_Box:
+      m.SynchScan.ScanDataInterval = single;
+      break;
+    default:
+      break;
+  }
+}
+
+void MethodEditor::optionClicked(MethodControl group, int index) {
+  if (filling_) return;
+  MethodSettings& m = state_.Method;
+  switch (group) {
+    case C::ScanType:
+      m.Fixed = index != 2;
+      m.Synch = index != 1;
+      showScanType();
+      break;
+    case C::Filter_grp:
+      m.FilterSetting = static_cast<std::int16_t>(index);
+      break;
+    case C::Voltage_grp:
+      view().setControlVisible(C::PMTVoltage, index != 1);
+      if (index == 1) {
+        m.PMTVoltage = -1;
+      } else {
+        numberChanged(C::PMTVoltage, view().text(C::PMTVoltage));
+      }
+      break;
+    case C::Delivery:
+      m.DeliveryMethod = static_cast<std::int16_t>(index);
+      view().setControlVisible(C::ASSetup, index == 2);
+      view().setControlVisible(C::TrayFile, index == 2);
+      break;
+    case C::FileType:
+      m.FileType = static_cast<std::int16_t>(index);
+      state_.LineEnding = LineEndingFor(m.FileType);
+      break;
+    default:
+      break;
+  }
+}
+
+void MethodEditor::checkChanged(MethodControl box, bool checked) {
+  if (filling_) return;
+  if (box == C::Spillover_Box) state_.Method.Spillover = checked;
+  if (box == C::UsePrn_Box) state_.Method.PrintResults = checked;
+}
+
+void MethodEditor::focused(MethodControl box) {
+  view().selectText(box);
+}
+
+void MethodEditor::showScanType() {
+  view().setControlVisible(C::Synch_Box, state_.Method.Synch);
+  view().setControlVisible(C::Colors_Button, state_.Method.Fixed);
+}
+
+void MethodEditor::showNumbers() {
+  const MethodSettings& m = state_.Method;
+  const auto single = [](float v) { return text::plainSingle(v); };
+  MethodEditorView& v = view();
+  v.showText(C::Op_Box, m.Operator);
+  v.showText(C::sampid_box, m.StudyId);
+  v.showText(C::AmtSolv_Box, single(m.AmtSolvent));
+  v.showText(C::swell_box, editor_.FirstSampleNumber < 0
+                               ? std::string()
+                               : std::to_string(editor_.FirstSampleNumber));
+  v.showText(C::NumReps_Box, std::to_string(m.Repetitions));
+  v.showText(C::nColors_Box, std::to_string(m.NoColors));
+  v.showText(C::RdTime_Box, single(m.ReadTime));
+  v.showText(C::RdTimePures_Box, single(m.ReadTimePures));
+  v.showText(C::ScnSpd_Box, single(m.ScanSpeed));
+  v.showText(C::PMTVoltage, m.PMTVoltage < 0 ? std::string() : single(m.PMTVoltage));
+  v.showText(C::ExSlSync_Box, single(m.SynchScan.ExSl));
+  v.showText(C::EmSlSync_Box, single(m.SynchScan.EmSl));
+  v.showText(C::ScanLL_Box, single(m.SynchScan.LowerLimit));
+  v.showText(C::ScanUL_Box, single(m.SynchScan.UpperLimit));
+  v.showText(C::ScanOff_Box, single(m.SynchScan.MonochromatorOffset));
+  v.showText(C::ScanDInt_Box, single(m.SynchScan.ScanDataInterval));
+}
+
+void MethodEditor::showOptions() {
+  const MethodSettings& m = state_.Method;
+  MethodEditorView& v = view();
+  v.showOption(C::ScanType, m.Fixed && m.Synch ? 3 : (m.Synch ? 2 : 1));
+  showScanType();
+  v.showOption(C::Filter_grp, m.FilterSetting);
+  const bool defaultVoltage = m.PMTVoltage < 0;
+  v.showOption(C::Voltage_grp, defaultVoltage ? 1 : 2);
+  v.setControlVisible(C::PMTVoltage, !defaultVoltage);
+  v.showOption(C::Delivery, m.DeliveryMethod == 2 ? 2 : 1);
+  v.setControlVisible(C::ASSetup, m.DeliveryMethod == 2);
+  v.setControlVisible(C::TrayFile, m.DeliveryMethod == 2);
+  v.showOption(C::FileType, m.FileType == 2 ? 2 : 1);
+  v.showOption(C::Spillover_Box, m.Spillover ? 1 : 0);
+  v.showOption(C::UsePrn_Box, m.PrintResults ? 1 : 0);
+}
+
+void MethodEditor::showMethod() {
+  filling_ = true;
+  showNumbers();
+  showOptions();
+  filling_ = false;
+  state_.LineEnding = LineEndingFor(state_.Method.FileType);
+  view().setQXPanelVisible(editor_.QXPanelShown);
+}
+
+void MethodEditor::ControlsVisible(bool enabled) {
+  for (C control :
+       {C::STFrame, C::Synch_Box, C::PMTFrame, C::EFFrame, C::OFFrame, C::DMFrame, C::Spillover_Box,
+        C::UsePrn_Box, C::Colors_Button, C::nColors_Box, C::ScnSpd_Box, C::RdTime_Box,
+        C::RdTimePures_Box, C::AmtSolv_Box, C::Op_Box, C::sampid_box, C::swell_box, C::PMTVoltage})
+    view().setControlEnabled(control, enabled);
+  // Never offered while the autosampler window does not exist in this build.
+  view().setControlEnabled(C::ASSetup, enabled && openAutosampler_ != nullptr);
+}
+
+void MethodEditor::toggleQXPanel() {
+  editor_.QXPanelShown = !editor_.QXPanelShown;
+  view().setQXPanelVisible(editor_.QXPanelShown);
+}
+
+bool MethodEditor::keyTyped(const std::string& text, MethodControl focus) {
+  if (focus != C::OKButton || text.size() != 1) return false;
+  if (std::toupper(static_cast<unsigned char>(text[0])) != '~') return false;
+  toggleQXPanel();
+  return true;
+}
+
+bool MethodEditor::keyPressed(EditorKey key, KeyModifiers modifiers, MethodControl focus) {
+  const bool window = key == EditorKey::F4 && modifiers.ctrl && modifiers.alt;
+  const bool onSave =
+      key == EditorKey::F12 && modifiers.ctrl && modifiers.shift && focus == C::Save;
+  if (!window && !onSave) return false;
+  toggleQXPanel();
+  return true;
+}
+
+}  // namespace zorvel

@@ -1,0 +1,279 @@
+#include "ui/windows/method_form.h"
+
+#include <QAbstractButton>
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+#include "ui/windows/colour_window.h"
+
+namespace zorvel::ui {
+
+namespace {
+
+using C = MethodControl;
+
+QString name(MethodControl control) {
+  const std::string_view n = ControlName(control);
+  return QString::fromLatin1(n.data(), static_cast<int>(n.size()));
+}
+
+QGroupBox* frame(MethodControl control, const QString& caption) {
+  auto* box = new QGroupBox(caption);
+  box->setObjectName(name(control));
+  return box;
+}
+
+}  // namespace
+
+MethodForm::MethodForm(MethodEditor& editor, QWidget* parent) : QWidget(parent), editor_(editor) {
+  setObjectName("MethodEditor");
+  auto* layout = new QHBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(buildFieldsColumn());
+  layout->addWidget(buildOptionsColumn());
+}
+
+QWidget* MethodForm::textBox(MethodControl box) {
+  auto* edit = new QLineEdit;
+  edit->setObjectName(name(box));
+  widgets_[box] = edit;
+  connect(edit, &QLineEdit::textChanged, this,
+          [this, box](const QString& t) { editor_.textChanged(box, t.toLatin1().toStdString()); });
+  edit->installEventFilter(this);
+  return edit;
+}
+
+QWidget* MethodForm::optionGroup(MethodControl group, const QString& caption,
+                                 const std::vector<std::pair<int, const char*>>& options) {
+  const std::map<MethodControl, MethodControl> frames = {{C::ScanType, C::STFrame},
+                                                         {C::Filter_grp, C::EFFrame},
+                                                         {C::Voltage_grp, C::PMTFrame},
+                                                         {C::FileType, C::OFFrame},
+                                                         {C::Delivery, C::DMFrame}};
+  QGroupBox* box = frame(frames.at(group), caption);
+  widgets_[frames.at(group)] = box;
+  auto* buttons = new QButtonGroup(this);
+  buttons->setObjectName(name(group));
+  groups_[group] = buttons;
+  auto* column = new QVBoxLayout(box);
+  for (const auto& [index, text] : options) {
+    auto* option = new QRadioButton(text);
+    option->setObjectName(name(group) + "_" + QString::number(index));
+    buttons->addButton(option, index);
+    column->addWidget(option);
+  }
+  connect(buttons, &QButtonGroup::idClicked, this,
+          [this, group](int index) { editor_.optionClicked(group, index); });
+  return box;
+}
+
+QWidget* MethodForm::checkBox(MethodControl box, const char* caption) {
+  auto* check = new QCheckBox(caption);
+  check->setObjectName(name(box));
+  widgets_[box] = check;
+  connect(check, &QCheckBox::toggled, this,
+          [this, box](bool on) { editor_.checkChanged(box, on); });
+  return check;
+}
+
+QWidget* MethodForm::button(MethodControl control, const char* caption) {
+  auto* push = new QPushButton(caption);
+  push->setObjectName(name(control));
+  widgets_[control] = push;
+  return push;
+}
+
+QWidget* MethodForm::buildFieldsColumn() {
+  auto* column = new QWidget;
+  auto* form = new QFormLayout(column);
+  form->addRow("Analyst:", textBox(C::Op_Box));
+  form->addRow("Sample Id:", textBox(C::sampid_box));
+  form->addRow("Amount of solvent:", textBox(C::AmtSolv_Box));
+  form->addRow("Starting Number:", textBox(C::swell_box));
+  form->addRow("# Colors:", textBox(C::nColors_Box));
+  qxPanel_ = new QWidget;
+  qxPanel_->setObjectName("QXOnly1");
+  auto* qx = new QFormLayout(qxPanel_);
+  qx->setContentsMargins(0, 0, 0, 0);
+  qx->addRow("Number of Reps:", textBox(C::NumReps_Box));
+  qxPanel_->setVisible(false);
+  form->addRow(qxPanel_);
+
+  auto* readTimes = new QGroupBox("Read Time (.1-100 sec)");
+  readTimes->setObjectName("RTFrame");
+  auto* times = new QFormLayout(readTimes);
+  times->addRow("Samples:", textBox(C::RdTime_Box));
+  times->addRow("Pures:", textBox(C::RdTimePures_Box));
+  form->addRow(readTimes);
+
+  auto* speed = new QHBoxLayout;
+  speed->addWidget(textBox(C::ScnSpd_Box));
+  speed->addWidget(new QLabel("nm/min."));
+  form->addRow("Scan Speed:", speed);
+
+  QGroupBox* synch = frame(C::Synch_Box, "Synchronous Scan");
+  widgets_[C::Synch_Box] = synch;
+  auto* scan = new QFormLayout(synch);
+  scan->addRow("Excitation (2.5-15):", textBox(C::ExSlSync_Box));
+  scan->addRow("Emission (2.5-20):", textBox(C::EmSlSync_Box));
+  scan->addRow("Lower Limit (Ex):", textBox(C::ScanLL_Box));
+  scan->addRow("Upper Limit (Ex):", textBox(C::ScanUL_Box));
+  scan->addRow("Offset [Em-Ex]:", textBox(C::ScanOff_Box));
+  scan->addRow("Data Interval:", textBox(C::ScanDInt_Box));
+  form->addRow(synch);
+  return column;
+}
+
+QWidget* MethodForm::buildOptionsColumn() {
+  auto* column = new QWidget;
+  auto* layout = new QVBoxLayout(column);
+  layout->addWidget(optionGroup(C::ScanType, "Scan Type",
+                                {{1, "Fixed Wavelength"}, {2, "Synchronous"}, {3, "Both"}}));
+  QWidget* pmt = optionGroup(C::Voltage_grp, "PMT Voltage", {{1, "Default"}, {2, "Selected"}});
+  pmt->layout()->addWidget(textBox(C::PMTVoltage));
+  layout->addWidget(pmt);
+  layout->addWidget(optionGroup(C::Filter_grp, "Emission Filter",
+                                {{1, "290 nm cutoff"},
+                                 {2, "350 nm cutoff"},
+                                 {3, "390 nm cutoff"},
+                                 {4, "430 nm cutoff"},
+                                 {5, "530 nm cutoff"},
+                                 {7, "None"},
+                                 {8, "1% transmittance attenuator"}}));
+  layout->addWidget(
+      optionGroup(C::FileType, "File Format", {{1, "DOS/Windows"}, {2, "Macintosh"}}));
+  layout->addWidget(
+      optionGroup(C::Delivery, "Delivery Method", {{1, "Cuvette"}, {2, "AutoSampler"}}));
+  layout->addWidget(checkBox(C::Spillover_Box, "Generate Spillover Matrix"));
+  layout->addWidget(checkBox(C::UsePrn_Box, "Print Results"));
+  auto* buttons = new QHBoxLayout;
+  buttons->addWidget(button(C::Colors_Button, "&Edit Colors"));
+  buttons->addWidget(button(C::ASSetup, "AS Setup"));
+  layout->addLayout(buttons);
+  layout->addStretch();
+  connect(static_cast<QPushButton*>(widgets_[C::Colors_Button]), &QPushButton::clicked, this,
+          [this] { editor_.editColours(); });
+  connect(static_cast<QPushButton*>(widgets_[C::ASSetup]), &QPushButton::clicked, this,
+          [this] { editor_.autosamplerSetup(); });
+  widgets_[C::ASSetup]->setEnabled(false);
+  return column;
+}
+
+void MethodForm::attachWindowControls(QPushButton* save, QPushButton* ok, QLabel* methodFile,
+                                      QLabel* trayCaption, QLabel* trayLabel) {
+  widgets_[C::Save] = save;
+  widgets_[C::OKButton] = ok;
+  methodFile_ = methodFile;
+  trayCaption_ = trayCaption;
+  trayLabel_ = trayLabel;
+}
+
+void MethodForm::watchKeys(QWidget* window) {
+  window->installEventFilter(this);
+  for (QWidget* child : window->findChildren<QWidget*>()) child->installEventFilter(this);
+}
+
+MethodControl MethodForm::controlOf(const QObject* widget) const {
+  for (const auto& [control, w] : widgets_) {
+    if (w == widget) return control;
+  }
+  return C::Other;
+}
+
+bool MethodForm::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusIn && qobject_cast<QLineEdit*>(watched) != nullptr) {
+    editor_.focused(controlOf(watched));
+  } else if (event->type() == QEvent::KeyPress) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    const MethodControl focus = controlOf(watched);
+    const Qt::KeyboardModifiers m = key->modifiers();
+    const KeyModifiers held{(m & Qt::ControlModifier) != 0, (m & Qt::AltModifier) != 0,
+                            (m & Qt::ShiftModifier) != 0};
+    const EditorKey which = key->key() == Qt::Key_F4    ? EditorKey::F4
+                            : key->key() == Qt::Key_F12 ? EditorKey::F12
+                                                        : EditorKey::Other;
+    if (editor_.keyPressed(which, held, focus)) return true;
+    if (editor_.keyTyped(key->text().toLatin1().toStdString(), focus)) return true;
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+void MethodForm::showText(MethodControl box, const std::string& t) {
+  if (auto* edit = qobject_cast<QLineEdit*>(widgets_[box]))
+    edit->setText(QString::fromLatin1(t.data(), static_cast<int>(t.size())));
+}
+
+std::string MethodForm::text(MethodControl box) const {
+  const auto it = widgets_.find(box);
+  const auto* edit = it == widgets_.end() ? nullptr : qobject_cast<QLineEdit*>(it->second);
+  return edit == nullptr ? std::string() : edit->text().toLatin1().toStdString();
+}
+
+void MethodForm::selectText(MethodControl box) {
+  if (auto* edit = qobject_cast<QLineEdit*>(widgets_[box])) edit->selectAll();
+}
+
+void MethodForm::showOption(MethodControl group, int index) {
+  if (auto* check = qobject_cast<QCheckBox*>(widgets_[group])) {
+    check->setChecked(index != 0);
+    return;
+  }
+  QButtonGroup* buttons = groups_.at(group);
+  if (QAbstractButton* option = buttons->button(index)) {
+    option->setChecked(true);
+    return;
+  }
+  // A code no option stands for: none chosen.
+  buttons->setExclusive(false);
+  for (QAbstractButton* option : buttons->buttons()) option->setChecked(false);
+  buttons->setExclusive(true);
+}
+
+void MethodForm::setControlVisible(MethodControl control, bool visible) {
+  if (control == C::TrayFile) {
+    if (trayCaption_ != nullptr) trayCaption_->setVisible(visible);
+    if (trayLabel_ != nullptr) trayLabel_->setVisible(visible);
+    return;
+  }
+  if (QWidget* w = widgets_[control]) w->setVisible(visible);
+}
+
+void MethodForm::setControlEnabled(MethodControl control, bool enabled) {
+  if (QWidget* w = widgets_[control]) w->setEnabled(enabled);
+}
+
+void MethodForm::focus(MethodControl control) {
+  if (QWidget* w = widgets_[control]) w->setFocus(Qt::OtherFocusReason);
+}
+
+void MethodForm::setDefaultButton(MethodControl control) {
+  for (C each : {C::Save, C::OKButton}) {
+    if (auto* push = qobject_cast<QPushButton*>(widgets_[each])) push->setDefault(each == control);
+  }
+}
+
+void MethodForm::setQXPanelVisible(bool visible) {
+  qxPanel_->setVisible(visible);
+}
+
+void MethodForm::showMethodFile(const std::string& t) {
+  if (methodFile_ != nullptr)
+    methodFile_->setText(QString::fromLatin1(t.data(), static_cast<int>(t.size())));
+}
+
+void MethodForm::showColourWindow() {
+  ColourWindow window(editor_.colours(), this);
+  editor_.colourWindowOpened(window);
+  window.exec();
+}
+
+}  // namespace zorvel::ui

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QWidget>
+#include <map>
+
+#include "core/method/method_editor.h"
+
+class QButtonGroup;
+class QLabel;
+class QPushButton;
+
+namespace zorvel::ui {
+
+// The method editor's controls on METHODFORM: every field of the method with its label, the
+// option groups in their frames, "&Edit Colors" and "AS Setup". The rules live in
+// MethodEditor; this widget shows what it is told and hands every change over.
+class MethodForm final : public QWidget, public MethodEditorView {
+  Q_OBJECT
+ public:
+  explicit MethodForm(MethodEditor& editor, QWidget* parent = nullptr);
+
+  // The main window's controls the editor speaks of: "&Save As", OK, the method-file label and
+  // the tray-file label with its caption.
+  void attachWindowControls(QPushButton* save, QPushButton* ok, QLabel* methodFile,
+                            QLabel* trayCaption, QLabel* trayLabel);
+  // Watches the keys of every control under `window` for the hidden panel's toggles.
+  void watchKeys(QWidget* window);
+
+  void showText(MethodControl box, const std::string& text) override;
+  std::string text(MethodControl box) const override;
+  void selectText(MethodControl box) override;
+  void showOption(MethodControl group, int index) override;
+  void setControlVisible(MethodControl control, bool visible) override;
+  void setControlEnabled(MethodControl control, bool enabled) override;
+  void focus(MethodControl control) override;
+  void setDefaultButton(MethodControl button) override;
+  void setQXPanelVisible(bool visible) override;
+  void showMethodFile(const std::string& text) override;
+  void showColourWindow() override;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  QWidget* textBox(MethodControl box);
+  QWidget* optionGroup(MethodControl group, const QString& caption,
+                       const std::vector<std::pair<int, const char*>>& options);
+  QWidget* checkBox(MethodControl box, const char* caption);
+  QWidget* button(MethodControl control, const char* caption);
+  QWidget* buildFieldsColumn();
+  QWidget* buildOptionsColumn();
+  MethodControl controlOf(const QObject* widget) const;
+
+  MethodEditor& editor_;
+  std::map<MethodControl, QWidget*> widgets_;
+  std::map<MethodControl, QButtonGroup*> groups_;
+  QWidget* qxPanel_ = nullptr;
+  QLabel* methodFile_ = nullptr;
+  QLabel* trayCaption_ = nullptr;
+  QLabel* trayLabel_ = nullptr;
+};
+
+}  // namespace zorvel::ui
