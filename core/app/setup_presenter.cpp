@@ -51,10 +51,10 @@ void SetupPresenter::opened() {
   // On first run the base directory is whatever the directory list shows (it opens on the
   // start-up directory); afterwards the list opens on the base directory of the preferences.
   if (firstRun_) {
-    prefs.BaseDirectoryPath = view_.directoryListPath();
-    state_.BaseDirectoryPath = prefs.BaseDirectoryPath;
+    baseDirectoryChanged(view_.directoryListPath());
+  } else {
+    view_.setBaseDirectoryLabel(view_.directoryListPath());
   }
-  view_.setBaseDirectoryLabel(view_.directoryListPath());
 }
 
 void SetupPresenter::modelChosen(int index) {
@@ -82,16 +82,21 @@ void SetupPresenter::autosamplerToggled(bool checked) {
 void SetupPresenter::driveChosen(const std::string& path) {
   std::error_code ec;
   if (!fs::is_directory(path, ec)) return;  // a volume that is not ready changes nothing
-  state_.Prefs.BaseDirectoryPath = path;
-  state_.BaseDirectoryPath = path;
   view_.setDirectoryListPath(path);
+  baseDirectoryChanged(path);
 }
 
 void SetupPresenter::directoryChosen(const std::string& path) {
+  baseDirectoryChanged(path);
+  state_.DataDirectory = path;
+}
+
+// Every change of the base directory goes through here, so the label always shows the folder
+// "OK" will write.
+void SetupPresenter::baseDirectoryChanged(const std::string& path) {
   state_.Prefs.BaseDirectoryPath = path;
   state_.BaseDirectoryPath = path;
   view_.setBaseDirectoryLabel(path);
-  state_.DataDirectory = path;
 }
 
 void SetupPresenter::setFolder() {

@@ -42,6 +42,7 @@ class SetupPresenter {
 
  private:
   bool portsClash();
+  void baseDirectoryChanged(const std::string& path);
 
   AppState& state_;
   Operator& op_;

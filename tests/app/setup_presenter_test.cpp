@@ -134,6 +134,10 @@ TEST_F(SetupPresenterTest, FoldersAreMadeOnRequest) {
   EXPECT_EQ(op.messages().back().title, "ZORVEL ERROR");
   presenter.driveChosen(dir + "not-mounted");
   EXPECT_EQ(view.listPath, dir + "lab2");
+  // A drive that is ready moves the label with the base directory: OK writes what is shown.
+  presenter.driveChosen(dir);
+  EXPECT_EQ(view.baseLabel, dir);
+  EXPECT_EQ(state.Prefs.BaseDirectoryPath, dir);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include "ui/windows/setup_window.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
+#include <QDir>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
@@ -76,6 +78,16 @@ TEST_F(SetupWindowTest, AutosamplerChecksThenOkWritesTheFile) {
   EXPECT_EQ(window->result(), QDialog::Accepted);
   Preferences expected{1, 1, 4, 3, 0, true, dir, dir + "tray.tgf"};
   EXPECT_SAME_BYTES(PreferencesFileText(expected), testing::readFile(state.PreferencesPath));
+}
+
+TEST_F(SetupWindowTest, TheBaseDirectoryLabelFollowsTheChosenDrive) {
+  window->show();
+  auto* drives = child<QComboBox>(&*window, "Drive1");
+  const int home = drives->findData(QDir::homePath());
+  ASSERT_GE(home, 0);
+  drives->activated(home);
+  EXPECT_EQ(child<QLabel>(&*window, "BaseDir_Label")->text(), QDir::homePath());
+  EXPECT_EQ(state.Prefs.BaseDirectoryPath, QDir::homePath().toStdString());
 }
 
 }  // namespace
