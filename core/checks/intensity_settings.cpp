@@ -1,5 +1,7 @@
 #include "core/checks/intensity_settings.h"
 
+#include <cmath>
+
 #include "core/instruments/fluorimeter_protocol.h"
 #include "core/text/number_format.h"
 
@@ -25,6 +27,21 @@ BoxRuleOutcome WholeNumberRule(std::int16_t& value, std::string_view text) {
     return {kNonNumericEntry};
   }
   value = *whole;
+  return {};
+}
+
+// Slit boxes: the instrument sets slits in tenths of a nanometre, so that is what is kept.
+BoxRuleOutcome TenthsRule(float& value, std::string_view text) {
+  if (IsBlank(text)) {
+    value = -1.0f;
+    return {};
+  }
+  const auto number = text::parseNumber(text);
+  if (!number) {
+    value = -1.0f;
+    return {kNonNumericEntry};
+  }
+  value = static_cast<float>(text::roundHalfEven(*number * 10.0) / 10.0);
   return {};
 }
 
@@ -89,9 +106,9 @@ BoxRuleOutcome ApplyBoxText(IntensitySettings& settings, IntensityBox box, std::
     case IntensityBox::EmWl:
       return WholeNumberRule(settings.emissionNm, text);
     case IntensityBox::ExSl:
-      return WholeNumberRule(settings.excitationSlitNm, text);
+      return TenthsRule(settings.excitationSlitNm, text);
     case IntensityBox::EmSl:
-      return WholeNumberRule(settings.emissionSlitNm, text);
+      return TenthsRule(settings.emissionSlitNm, text);
     case IntensityBox::RdTime:
       return RealNumberRule(settings.readTimeS, text);
     case IntensityBox::ScnSpd:
@@ -130,8 +147,9 @@ std::optional<Refusal> RefuseReading(const IntensitySettings& s, const Intensity
     return Refusal{IntensityBox::RdTime,
                    "The read time must be from " + Range(l.readTimeMinS, l.readTimeMaxS, "sec.")};
   }
-  if (outside(s.scanSpeed, l.scanSpeedMin, l.scanSpeedMax)) {
+  if (outside(std::fabs(s.scanSpeed), l.scanSpeedMin, l.scanSpeedMax)) {
     return Refusal{IntensityBox::ScnSpd, "The scan speed must be from " +
+                                             Range(-l.scanSpeedMax, -l.scanSpeedMin, "or from ") +
                                              Range(l.scanSpeedMin, l.scanSpeedMax, "nm/min.")};
   }
   if (s.voltageOption == kVoltageSelected && outside(s.pmtVolts, l.pmtMinV, l.pmtMaxV)) {

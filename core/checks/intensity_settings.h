@@ -15,14 +15,14 @@ enum class IntensityBox { ExWl, EmWl, ExSl, EmSl, RdTime, ScnSpd, PMTVoltage };
 inline constexpr int kVoltageDefault = 1;
 inline constexpr int kVoltageSelected = 2;
 
-// The settings the intensity window holds while it is open. Wavelengths and slits are whole
-// numbers: a typed "397.5" is used as 398. -1 marks an empty or unusable box; -1 as the voltage
-// is the instrument's own default voltage.
+// The settings the intensity window holds while it is open. Wavelengths are whole numbers: a
+// typed "397.5" is used as 398. Slits keep the tenths the instrument sets ("2.5" stays 2.5).
+// -1 marks an empty or unusable box; -1 as the voltage is the instrument's own default voltage.
 struct IntensitySettings {
   std::int16_t excitationNm = 350;
   std::int16_t emissionNm = 398;
-  std::int16_t excitationSlitNm = 5;
-  std::int16_t emissionSlitNm = 5;
+  float excitationSlitNm = 5.0f;
+  float emissionSlitNm = 5.0f;
   float readTimeS = 1.0f;
   float scanSpeed = 480.0f;  // nm/min.
   std::int16_t filter = 2;
@@ -56,7 +56,8 @@ BoxRuleOutcome ApplyBoxText(IntensitySettings& settings, IntensityBox box, std::
 // halves to even; 0 when there is none (then refused before a reading).
 std::int16_t SelectedVoltage(std::string_view text);
 
-// The instrument's ranges; a reading is refused while a setting lies outside them.
+// The instrument's ranges; a reading is refused while a setting lies outside them. The scan
+// speed's range holds for either direction (a negative speed scans downwards).
 struct IntensityLimits {
   int excitationMinNm = 200, excitationMaxNm = 800;
   int emissionMinNm = 200, emissionMaxNm = 900;

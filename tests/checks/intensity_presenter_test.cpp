@@ -124,17 +124,27 @@ TEST(IntensitySettings, RangesRefuseWhatTheInstrumentWouldReject) {
   EXPECT_EQ(-1, refusedBox([](IntensitySettings& s) { s.pmtVolts = -1, s.voltageOption = 1; }));
   EXPECT_EQ(static_cast<int>(IntensityBox::EmWl),
             refusedBox([](IntensitySettings& s) { s.emissionNm = 901; }));
-  EXPECT_EQ(static_cast<int>(IntensityBox::ExSl), refusedBox([](IntensitySettings& s) {
-              s.excitationSlitNm = 2;  // "2.5" typed is used as 2
-            }));
+  EXPECT_EQ(static_cast<int>(IntensityBox::ExSl),
+            refusedBox([](IntensitySettings& s) { s.excitationSlitNm = 2.4f; }));
+  EXPECT_EQ(-1, refusedBox([](IntensitySettings& s) { s.scanSpeed = -240; }));  // downwards
   EXPECT_EQ(static_cast<int>(IntensityBox::ScnSpd),
-            refusedBox([](IntensitySettings& s) { s.scanSpeed = 5; }));
+            refusedBox([](IntensitySettings& s) { s.scanSpeed = -5; }));
   EXPECT_EQ(static_cast<int>(IntensityBox::PMTVoltage),
             refusedBox([](IntensitySettings& s) { s.pmtVolts = SelectedVoltage("abc"); }));
   IntensitySettings s;
-  EXPECT_FALSE(ApplyBoxText(s, IntensityBox::ExSl, "2.5").message);  // halves to even
-  EXPECT_EQ(2, s.excitationSlitNm);
+  // A slit keeps its tenths, so a typed 2.5 is taken and sent as typed.
+  EXPECT_FALSE(ApplyBoxText(s, IntensityBox::ExSl, "2.5").message);
+  EXPECT_FALSE(RefuseReading(s));
+  EXPECT_EQ("$SX 2.5", IntensitySetUpCommands(s)[6].command);
   EXPECT_TRUE(ApplyBoxText(s, IntensityBox::ExWl, "99999").message);  // beyond 16 bits
+  // Each refusal states the range it checks.
+  s = {};
+  s.scanSpeed = 5;
+  EXPECT_EQ("The scan speed must be from -1500 to -10 or from 10 to 1500 nm/min.",
+            RefuseReading(s)->message);
+  s = {};
+  s.emissionSlitNm = 2.4f;
+  EXPECT_EQ("The emission slit must be from 2.5 to 20 nm.", RefuseReading(s)->message);
 }
 
 }  // namespace
