@@ -4,8 +4,8 @@ namespace zorvel {
 
 namespace {
 
-// Rows 0..2 hold the heads, "Median" and "Sample"; readings start below them.
-constexpr int kFirstReadingRow = 3;
+// Rows 0 and 1 hold the heads and "Median"; readings start below them.
+constexpr int kFirstReadingRow = 2;
 
 }  // namespace
 

@@ -51,7 +51,7 @@ void RunEngine::Form_Load() {
   RunLayout layout{method.Fixed, method.Synch, {}};
   for (int i = 1; i <= method.NoColors && i <= kMaxColours; ++i) {
     const ColourDeclaration& pair = method.FixedPairs[static_cast<std::size_t>(i)];
-    layout.heads.push_back(text::fixed(pair.ExWl, 0) + "/" + text::fixed(pair.EmWl, 0));
+    layout.heads.push_back(text::plainSingle(pair.ExWl) + "/" + text::plainSingle(pair.EmWl));
   }
   view_.layOut(layout);
   view_.setMedianRow(checks_.medianRow(method.NoColors));
@@ -191,6 +191,8 @@ void RunEngine::ResetSamp_Click() {
 }
 
 void RunEngine::keyDown(Key key) {
+  // Abort and pause act between tubes; a cuvette run has none, so the keys do nothing there.
+  if (state_.Method.DeliveryMethod != 2) return;
   if (key == Key::F5 && !PauseRequested.load()) {
     StopRequested = true;
     PauseRequested = false;

@@ -102,7 +102,7 @@ class RunEngine {
  private:
   bool SetUpInstrument(const RunPlan& plan);
   std::string comment() const;
-  int viewRow() const { return GridRow + 1; }
+  int viewRow() const { return GridRow; }
 
   AppState& state_;
   Operator& op_;

@@ -30,8 +30,9 @@ class RunView {
   virtual void showStatus(const std::string& line) = 0;
 
   // GrdData. Column 0 holds row labels (the sample number, "12P", "Blank", "NS", "Control",
-  // ...); columns 1..n the colours' readings ("0.0"). Row 0 holds the heads, row 1 "Median",
-  // row 2 "Sample"; readings fill rows 3, 4, ... (the run's GridRow + 2).
+  // ...), headed "Sample"; columns 1..n the colours' readings ("0.0"), headed "ex/em" as the
+  // wavelengths are set. Row 0 holds the heads, row 1 "Median"; readings fill rows 2, 3, ...
+  // (the run's GridRow).
   virtual void setCell(int row, int column, const std::string& text) = 0;
   // The background of a cell in the standard 16-colour palette (quality-check results).
   virtual void setCellColour(int row, int column, int paletteIndex) = 0;

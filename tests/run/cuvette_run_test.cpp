@@ -23,7 +23,7 @@ TEST(CuvetteRun, FixedReadingsFromSolventBlankThroughPuresToSamplesControlsAndBl
   RunFixture run(ThreeColourMethod(true, false), WithPures());
   EXPECT_EQ("LIVER.FIX", run.view.caption);
   EXPECT_EQ("[I]nitialize Fluorimeter, [Q]uit Analysis.", run.view.prompt());
-  EXPECT_EQ((std::vector<std::string>{"493/515", "520/540", "618/640"}), run.view.heads);
+  EXPECT_EQ((std::vector<std::string>{"493/515", "520/540", "617.5/640"}), run.view.heads);
 
   run.controller->OK_KeyPress('I');
   EXPECT_EQ(RunState::AwaitingRead, run.controller->state());
@@ -34,8 +34,8 @@ TEST(CuvetteRun, FixedReadingsFromSolventBlankThroughPuresToSamplesControlsAndBl
   EXPECT_EQ("&Read Sample", run.view.okCaption);
 
   read(run, "[A]ccept/[R]eject");
-  EXPECT_EQ("Blank", run.view.rowLabels[3]);
-  EXPECT_EQ("101.0", (run.view.cells[{3, 1}]));
+  EXPECT_EQ("Blank", run.view.rowLabels[2]);
+  EXPECT_EQ("101.0", (run.view.cells[{2, 1}]));
   EXPECT_FALSE(run.view.commentVisible);
   run.controller->AcceptReject_KeyPress('a');
   EXPECT_EQ(
@@ -44,7 +44,7 @@ TEST(CuvetteRun, FixedReadingsFromSolventBlankThroughPuresToSamplesControlsAndBl
       run.view.prompt());
 
   read(run, "[A]ccept/[R]eject");
-  EXPECT_EQ("1P", run.view.rowLabels[4]);
+  EXPECT_EQ("1P", run.view.rowLabels[3]);
   run.controller->act(RunAction::Accept);
   EXPECT_EQ(
       std::string("Insert a cuvette with pure sample for color 2.|Fixed wavelength (520/540)|") +
@@ -55,8 +55,8 @@ TEST(CuvetteRun, FixedReadingsFromSolventBlankThroughPuresToSamplesControlsAndBl
   read(run, "[A]ccept/[R]eject");
   run.op.answerNext(answer::kRetry);
   run.controller->AcceptReject_KeyPress('R');
-  EXPECT_EQ("NS", run.view.rowLabels[5]);
-  EXPECT_EQ("2P", run.view.rowLabels[6]);
+  EXPECT_EQ("NS", run.view.rowLabels[4]);
+  EXPECT_EQ("2P", run.view.rowLabels[5]);
   EXPECT_EQ(RunState::AwaitingDecision, run.controller->state());
   run.controller->act(RunAction::Accept);
   EXPECT_EQ(
@@ -72,7 +72,7 @@ TEST(CuvetteRun, FixedReadingsFromSolventBlankThroughPuresToSamplesControlsAndBl
   const std::string decide = "Enter Comments NOW if needed|[A]ccept/[R]eject/[C]ontrol/[B]lank";
   read(run, decide);
   EXPECT_TRUE(run.view.commentVisible);
-  EXPECT_EQ("1", run.view.rowLabels[8]);
+  EXPECT_EQ("1", run.view.rowLabels[7]);
   run.controller->Comment_Change("  cloudy  ");
   run.controller->act(RunAction::Accept);
   EXPECT_FALSE(run.view.commentVisible);
@@ -81,22 +81,22 @@ TEST(CuvetteRun, FixedReadingsFromSolventBlankThroughPuresToSamplesControlsAndBl
   read(run, decide);
   run.op.answerNext(answer::kCancel);
   run.controller->act(RunAction::Reject);
-  EXPECT_EQ("NS", run.view.rowLabels[9]);
+  EXPECT_EQ("NS", run.view.rowLabels[8]);
   EXPECT_EQ(std::string("Waiting For New Cuvette.|") + kReadOrQuit, run.view.prompt());
   read(run, decide);
-  EXPECT_EQ("2", run.view.rowLabels[10]);
+  EXPECT_EQ("2", run.view.rowLabels[9]);
   run.controller->act(RunAction::Accept);
 
   read(run, decide);
   run.controller->AcceptReject_KeyPress('c');
-  EXPECT_EQ("Control", run.view.rowLabels[11]);
+  EXPECT_EQ("Control", run.view.rowLabels[10]);
   EXPECT_EQ(std::string("Waiting For New Cuvette.|") + kReadOrQuit, run.view.prompt());
   read(run, decide);
   run.controller->AcceptReject_KeyPress('b');
   EXPECT_EQ(1, run.checks.ControlCount());
   EXPECT_EQ(1, run.checks.BlankCount());
   read(run, decide);
-  EXPECT_EQ("3", run.view.rowLabels[13]);
+  EXPECT_EQ("3", run.view.rowLabels[12]);
   run.controller->act(RunAction::Accept);
 
   run.controller->OK_KeyPress('q');

@@ -78,14 +78,14 @@ TEST(CuvetteRun, ResetNumberAppliesToTheNextReading) {
   // No reset while the instrument is being set up or a reading is under way.
   EXPECT_FALSE(run.view.resetEnabled);
   run.controller->press(RunButton::InitRead);
-  EXPECT_EQ("100", run.view.rowLabels[3]);
+  EXPECT_EQ("100", run.view.rowLabels[2]);
   run.controller->act(RunAction::Accept);
   run.op.typeNext("7");
   run.controller->ResetSamp_Click();
   run.op.typeNext("");  // cancelled: nothing changes
   run.controller->ResetSamp_Click();
   run.controller->press(RunButton::InitRead);
-  EXPECT_EQ("7", run.view.rowLabels[4]);
+  EXPECT_EQ("7", run.view.rowLabels[3]);
 }
 
 TEST(CuvetteRun, KeysOutsideTheChoicesOnOfferBeepAndDoNothing) {
@@ -101,6 +101,11 @@ TEST(CuvetteRun, KeysOutsideTheChoicesOnOfferBeepAndDoNothing) {
   EXPECT_EQ(RunState::AwaitingDecision, run.controller->state());
   run.controller->OK_KeyPress('q');  // no quitting with a decision open
   EXPECT_EQ(RunState::AwaitingDecision, run.controller->state());
+  // F5 and F11 belong to tray runs: in a cuvette run they show nothing and stop nothing.
+  run.controller->keyDown(Key::F5);
+  run.controller->keyDown(Key::F11);
+  EXPECT_EQ("", run.view.legend);
+  EXPECT_FALSE(run.controller->StopRequested.load());
 }
 
 TEST(CuvetteRun, DatabaseBuildingEndsWhenBothCountsReachThreeThenPuresStartAtColourOne) {

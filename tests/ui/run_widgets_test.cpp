@@ -50,7 +50,11 @@ TEST(RunSpectra, PlotsEachPointInItsBandColourAndRescalesTheSameScan) {
   for (int i = 0; i <= 10; ++i) plot.addPoint(400 + 10 * i, i, 12);
   plot.addPoint(590, 10, 10);
   QImage image = plot.picture(size);
-  EXPECT_GT(colouredPixels(image), 50);
+  // Points by default: nothing between (400, 0) and (410, 1); joined, the gap is drawn.
+  EXPECT_FALSE(colourNear(image, 5, 94, ui::StandardColour(12)));
+  plot.setJoined(true);
+  EXPECT_TRUE(colourNear(plot.picture(size), 5, 94, ui::StandardColour(12)));
+  plot.setJoined(false);
   EXPECT_TRUE(colourNear(image, 0, 99, ui::StandardColour(12)));   // (400, 0): bottom left
   EXPECT_TRUE(colourNear(image, 189, 0, ui::StandardColour(10)));  // (590, 10): top right
 
@@ -73,27 +77,29 @@ TEST(RunGrid, RowsFollowTheRunsNumberingGrowAndScrollToTheNewest) {
   ui::ResultsGrid grid;
   grid.resize(300, 200);
   grid.show();
-  grid.setColumns({"350/398", "480/520"});
+  grid.setColumns({"350/397.5", "480/520"});
   EXPECT_EQ(grid.columnCount(), 3);
-  EXPECT_EQ(grid.textAt(0, 1), "350/398");
+  // "Sample" heads the column of sample numbers; "Median" is the only row above the readings.
+  EXPECT_EQ(grid.textAt(0, 0), "Sample");
+  EXPECT_EQ(grid.textAt(0, 1), "350/397.5");
   EXPECT_EQ(grid.textAt(0, 2), "480/520");
   EXPECT_EQ(grid.textAt(1, 0), "Median");
-  EXPECT_EQ(grid.textAt(2, 0), "Sample");
+  EXPECT_EQ(grid.textAt(2, 0), "");
 
   grid.setMedianRow({"12.5", ""});
-  grid.setRowLabel(3, "1");
-  grid.setCell(3, 2, "87.5");
-  grid.setCellColour(3, 2, 12);
+  grid.setRowLabel(2, "1");
+  grid.setCell(2, 2, "87.5");
+  grid.setCellColour(2, 2, 12);
   EXPECT_EQ(grid.textAt(1, 1), "12.5");
-  EXPECT_EQ(grid.textAt(3, 0), "1");
-  EXPECT_EQ(grid.textAt(3, 2), "87.5");
-  EXPECT_EQ(grid.item(2, 2)->background().color(), ui::StandardColour(12));
+  EXPECT_EQ(grid.textAt(2, 0), "1");
+  EXPECT_EQ(grid.textAt(2, 2), "87.5");
+  EXPECT_EQ(grid.item(1, 2)->background().color(), ui::StandardColour(12));
   // Cells outside the colours are ignored rather than added.
-  grid.setCell(3, 7, "x");
+  grid.setCell(2, 7, "x");
   EXPECT_EQ(grid.columnCount(), 3);
 
   grid.showRow(60);
-  grid.setRowLabel(60, "58");
+  grid.setRowLabel(60, "59");
   QCoreApplication::processEvents();
   EXPECT_EQ(grid.runRows(), 61);
   EXPECT_GT(grid.verticalScrollBar()->value(), 0);
@@ -102,8 +108,8 @@ TEST(RunGrid, RowsFollowTheRunsNumberingGrowAndScrollToTheNewest) {
 
   // New columns start the grid again.
   grid.setColumns({"400/450"});
-  EXPECT_EQ(grid.textAt(3, 0), "");
-  EXPECT_EQ(grid.textAt(2, 0), "Sample");
+  EXPECT_EQ(grid.textAt(2, 0), "");
+  EXPECT_EQ(grid.textAt(1, 0), "Median");
 }
 
 // Records the order and thread of the calls that reach it.

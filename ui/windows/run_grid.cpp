@@ -8,8 +8,8 @@ namespace zorvel::ui {
 
 namespace {
 
-// Rows the grid opens with: "Median", "Sample" and room for the first readings, so that the
-// first rows fill in place before the grid starts to grow and scroll.
+// Rows the grid opens with: "Median" and room for the first readings, so that the first rows
+// fill in place before the grid starts to grow and scroll.
 constexpr int kInitialRows = 12;
 
 QString fromLatin1(const std::string& text) {
@@ -37,11 +37,10 @@ void ResultsGrid::setColumns(const std::vector<std::string>& heads) {
   clear();
   setColumnCount(static_cast<int>(heads.size()) + 1);
   setRowCount(kInitialRows);
-  QStringList labels{QString()};
+  QStringList labels{"Sample"};
   for (const auto& head : heads) labels << fromLatin1(head);
   setHorizontalHeaderLabels(labels);
   setRowLabel(1, "Median");
-  setRowLabel(2, "Sample");
 }
 
 void ResultsGrid::setMedianRow(const std::vector<std::string>& medians) {

@@ -65,6 +65,11 @@ QPointF SpectraPlot::place(const Point& point, QSize size) const {
   return {fx * (size.width() - 1), (1.0 - fy) * (size.height() - 1)};
 }
 
+void SpectraPlot::setJoined(bool joined) {
+  joined_ = joined;
+  update();
+}
+
 void SpectraPlot::draw(QPainter& painter, QSize size) const {
   painter.fillRect(QRect(QPoint(0, 0), size), StandardColour(kFieldColour));
   painter.setPen(StandardColour(kGridColour));
@@ -76,15 +81,15 @@ void SpectraPlot::draw(QPainter& painter, QSize size) const {
   }
   painter.setRenderHint(QPainter::Antialiasing, false);
   painter.setClipRect(QRect(QPoint(0, 0), size));
-  // Consecutive points are joined in the later point's colour, so a sparse scan still reads
-  // as a curve; every point also gets a dot of its own.
+  // Every reading is a dot of its own; when joined, consecutive points are also linked in the
+  // later point's colour.
   for (std::size_t i = 0; i < points_.size(); ++i) {
     const QColor colour = StandardColour(points_[i].paletteIndex);
     const QPointF at = place(points_[i], size);
     QPen pen(colour);
     pen.setWidth(2);
     painter.setPen(pen);
-    if (i > 0) painter.drawLine(place(points_[i - 1], size), at);
+    if (joined_ && i > 0) painter.drawLine(place(points_[i - 1], size), at);
     painter.drawPoint(at);
   }
 }

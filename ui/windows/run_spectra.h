@@ -20,6 +20,9 @@ class SpectraPlot final : public QWidget {
   void setVerticalScale(double yMin, double yMax);
   // One point; paletteIndex is a colour of the standard 16-colour palette.
   void addPoint(double wavelengthNm, double value, int paletteIndex);
+  // Each reading is plotted as a point of its own; joining them into a line is an option.
+  void setJoined(bool joined);
+  bool joined() const { return joined_; }
 
   int pointCount() const { return static_cast<int>(points_.size()); }
   double lowerNm() const { return lowerNm_; }
@@ -49,6 +52,7 @@ class SpectraPlot final : public QWidget {
   double upperNm_ = 800.0;
   double yMin_ = 0.0;
   double yMax_ = 100.0;
+  bool joined_ = false;
 };
 
 }  // namespace zorvel::ui
