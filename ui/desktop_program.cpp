@@ -10,6 +10,7 @@
 #include "core/app/demo_workspace.h"
 #include "core/app/port_map.h"
 #include "core/files/file_output.h"
+#include "core/files/log_line.h"
 #include "core/files/paths.h"
 #include "core/platform/real_clock.h"
 #include "core/quality/quality_checks.h"
@@ -86,6 +87,9 @@ int RunDesktopProgram(int argc, char** argv) {
   QtPrinter printer(QString::fromStdString(options->printTo));
   InstrumentLines lines(*state, clock);
   lines.setTraceDirectory(options->traceDirectory);
+  printer.setFileWritten([&](const std::string& file) {
+    WriteLogEntry(state->LogPath, clock, "Printout written to " + file);
+  });
   MainWindow window(*state, op, clock, printer);
   op.setParent(&window);
   QtAlertDialog alert(op, &window);

@@ -5,6 +5,7 @@
 #include "core/app/main_view.h"
 #include "core/app/startup.h"
 #include "core/files/file_output.h"
+#include "core/files/log_line.h"
 #include "sim/bench_file.h"
 
 namespace zorvel::headless {
@@ -41,6 +42,9 @@ class ConsoleMainView final : public MainView {
 Context::Context(const Options& opts)
     : options(opts), printer(QString::fromStdString(opts.printTo)) {
   lines.setTraceDirectory(opts.traceDirectory);
+  printer.setFileWritten([this](const std::string& file) {
+    WriteLogEntry(state.LogPath, clock, "Printout written to " + file);
+  });
 }
 
 int Context::fail(const std::string& message, int exitCode) {

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QPrinter>
 
+#include "core/platform/print_file_name.h"
 #include "ui/platform/gui_thread.h"
 
 namespace zorvel::ui {
@@ -47,15 +48,18 @@ void QtPrinter::endDocument() {
   bool hasText = false;
   for (const auto& page : pages) hasText = hasText || !page.empty();
   if (!hasText) return;
+  std::string file;
+  if (!pdfPath_.isEmpty()) file = NextFreePrintFile(pdfPath_.toStdString(), nextFile_);
   onGuiThread([&] {
     QPrinter printer(QPrinter::HighResolution);
-    if (!pdfPath_.isEmpty()) {
+    if (!file.empty()) {
       printer.setOutputFormat(QPrinter::PdfFormat);
-      printer.setOutputFileName(pdfPath_);
+      printer.setOutputFileName(QString::fromStdString(file));
     }
     paintPages(printer, pages);
   });
   ++sent_;
+  if (!file.empty() && fileWritten_) fileWritten_(file);
 }
 
 }  // namespace zorvel::ui
