@@ -9,6 +9,7 @@
 
 #include "core/app/demo_workspace.h"
 #include "core/app/port_map.h"
+#include "core/app/simulated_marking.h"
 #include "core/files/file_output.h"
 #include "core/files/log_line.h"
 #include "core/files/paths.h"
@@ -25,7 +26,6 @@
 #include "ui/platform/qt_printer.h"
 #include "ui/windows/alert_window.h"
 #include "ui/windows/main_window.h"
-#include "ui/windows/window_title.h"
 
 namespace zorvel::ui {
 
@@ -96,8 +96,6 @@ int RunDesktopProgram(int argc, char** argv) {
   QualityChecks checks(*state, clock, op, alert);
   window.setDisclaimerShown(options->showDisclaimer);
   window.setQualityChecks(checks);
-  window.setWindowTitle(
-      WindowTitle(window.windowTitle(), options->simulate || options->demoDirectory));
 
   if (!window.presenter().startUp(QDir::currentPath().toStdString())) return op.exitCode();
   std::vector<std::string> rejected;
@@ -106,6 +104,8 @@ int RunDesktopProgram(int argc, char** argv) {
     op.message("The port assignment \"" + entry + "\" is not of the form COMn=DEVICE.",
                "ZORVEL ERROR", BoxIcon::Exclamation);
   }
+  const std::string simulatedPorts = SimulatedPortsLogText(lines.ports());
+  if (!simulatedPorts.empty()) WriteLogEntry(state->LogPath, clock, simulatedPorts);
   loadBench(state->StartDirectory, lines.rig(), op);
   window.setInstruments(&lines);
   window.show();

@@ -200,7 +200,7 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
       return context.fail("the autosampler's or the dilutor's port cannot be reached", 2);
     }
   }
-  const std::optional<RunLaunch> start = launch(context, op, checks, tray.get());
+  std::optional<RunLaunch> start = launch(context, op, checks, tray.get());
   // state.DataSet names a new set only once its files were made here.
   std::optional<EmptySetGuard> newSet;
   if (!o.newDataPath.empty()) newSet.emplace(context.state);
@@ -218,6 +218,7 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
   std::unique_ptr<SerialLine> line = lines.lineFor(InstrumentKind::Fluorimeter, comPort);
   if (!line) return context.fail("the fluorimeter's port cannot be reached");
 
+  start->setup.simulated = lines.simulatedMarking();
   ConsoleRunView view(context.out);
   // The checks mark the row of the reading they judge; the tracker knows which row that is.
   QcRowTracker tracker(view);

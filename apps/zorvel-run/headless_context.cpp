@@ -3,6 +3,8 @@
 #include <QDir>
 
 #include "core/app/main_view.h"
+#include "core/app/preferences_file.h"
+#include "core/app/simulated_marking.h"
 #include "core/app/startup.h"
 #include "core/files/file_output.h"
 #include "core/files/log_line.h"
@@ -52,7 +54,25 @@ int Context::fail(const std::string& message, int exitCode) {
   return exitCode;
 }
 
+namespace {
+
+// Said before anything else, so that no one takes what follows for the real instruments.
+void PrintSimulatedMarking(Context& context, const std::string& start) {
+  const std::string preferencesPath = WithTrailingSlash(start) + "ZORVEL.PRF";
+  Preferences prefs;
+  ReadPreferencesFile(preferencesPath, prefs);
+  const PortMap ports = LoadPortMap(context.options.portEntries, preferencesPath);
+  const std::string marking = SimulatedMarking(ports, prefs);
+  if (!marking.empty()) context.out << marking << "\n";
+}
+
+}  // namespace
+
 bool StartHeadless(Context& context) {
+  const std::string start = context.options.startDirectory.empty()
+                                ? QDir::currentPath().toStdString()
+                                : context.options.startDirectory;
+  PrintSimulatedMarking(context, start);
   if (!context.options.answersPath.empty()) {
     std::string error;
     if (!context.script.load(context.options.answersPath, &error)) {
@@ -72,9 +92,6 @@ bool StartHeadless(Context& context) {
     if (!problems.empty()) return false;
   }
   ConsoleMainView view(context.out);
-  const std::string start = context.options.startDirectory.empty()
-                                ? QDir::currentPath().toStdString()
-                                : context.options.startDirectory;
   if (!StartUp(context.state, start, context.op, context.clock, view)) {
     if (context.script.failed()) context.fail(context.script.failure());
     return false;
@@ -86,6 +103,8 @@ bool StartHeadless(Context& context) {
     context.fail("the port assignment \"" + entry + "\" is not of the form COMn=DEVICE");
     return false;
   }
+  const std::string simulatedPorts = SimulatedPortsLogText(context.lines.ports());
+  if (!simulatedPorts.empty()) WriteLogEntry(context.state.LogPath, context.clock, simulatedPorts);
   return true;
 }
 

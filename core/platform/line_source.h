@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "core/platform/serial_line.h"
@@ -28,6 +29,9 @@ class LineSource {
   // What stands for the operator putting the next cuvette in at each Read on the fluorimeter's
   // COM port: the simulated bench hands over its next cuvette; empty for a real operator.
   virtual std::function<void()> cuvetteChanger(int comPort) = 0;
+  // "SIMULATED fluorimeter, ..." naming the instruments of the preferences whose lines lead to
+  // a simulator, for window titles and the log; empty when every line is real.
+  virtual std::string simulatedMarking() const { return {}; }
 };
 
 }  // namespace zorvel

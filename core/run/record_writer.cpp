@@ -18,6 +18,7 @@ bool RecordWriter::append(const std::string& path, const std::string& record) {
 
 Verdict RecordWriter::WriteFixedRecord(SampleType type, char letter, const RecordContent& content,
                                        bool filed) {
+  if (beforeFiling_) beforeFiling_();
   if (filed) {
     CheckedReading reading;
     reading.kind = type == SampleType::Control ? CheckKind::Control : CheckKind::Blank;
@@ -39,6 +40,7 @@ Verdict RecordWriter::WriteFixedRecord(SampleType type, char letter, const Recor
 
 bool RecordWriter::WriteSynchRecord(SampleType type, char letter, const RecordContent& content,
                                     bool filed) {
+  if (beforeFiling_) beforeFiling_();
   const std::string* path = &state_.DataSet.SynPath;
   if (filed) path = type == SampleType::Control ? &state_.DataSet.StlPath : &state_.DataSet.SlkPath;
   if (filed && !state_.Method.Fixed) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <functional>
 #include <span>
 #include <string>
 
@@ -42,6 +43,10 @@ class RecordWriter {
   // During a tray run the control check logs its alerts here instead of asking; null again
   // afterwards.
   void setUnattended(UnattendedAlerts* alerts) { unattended_ = alerts; }
+  // Told before each reading is filed, whatever its file.
+  void setBeforeFiling(std::function<void()> beforeFiling) {
+    beforeFiling_ = std::move(beforeFiling);
+  }
 
   // The printed line: the label in 8 places, each reading "0.0" in 7, " ***" after a comment.
   static std::string ResultLine(SampleType type, const RecordContent& content);
@@ -58,6 +63,7 @@ class RecordWriter {
   QualityCheck& checks_;
   UnattendedAlerts* unattended_ = nullptr;
   int notRecorded_ = 0;
+  std::function<void()> beforeFiling_;
 };
 
 }  // namespace zorvel

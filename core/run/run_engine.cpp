@@ -40,10 +40,22 @@ RunEngine::RunEngine(RunServices services, const RunSetup& setup, RunView& view,
       NewDataSet(setup.NewDataSet),
       SampleNumber(setup.SampleNumber),
       FirstSampleNumber(setup.FirstSampleNumber) {
+  if (!setup.simulated.empty()) {
+    writer_.setBeforeFiling([this, marking = setup.simulated] { logSimulatedFiling(marking); });
+  }
   link_.setStatusText([this](const std::string& title) {
     view_.clearStatus();
     view_.showStatus(title);
   });
+}
+
+// A data set that holds simulated readings is named in the program log once per run, so they
+// can be told from real ones afterwards.
+void RunEngine::logSimulatedFiling(const std::string& marking) {
+  if (simulatedLogged_) return;
+  simulatedLogged_ = true;
+  WriteLogEntry(state_.LogPath, clock_,
+                marking + " readings in data set " + state_.DataSet.FixPath);
 }
 
 void RunEngine::Form_Load() {

@@ -100,6 +100,7 @@ class RunEngine {
   bool readingLost(bool ok);
 
  private:
+  void logSimulatedFiling(const std::string& marking);
   bool SetUpInstrument(const RunPlan& plan);
   std::string comment() const;
   int viewRow() const { return GridRow; }
@@ -125,6 +126,7 @@ class RunEngine {
   int SampleNumber;
   int FirstSampleNumber;
   bool FirstRead = true;
+  bool simulatedLogged_ = false;
   bool KeepNumber = false;
   int GridRow = 1;
   bool runStartRecorded_ = false;

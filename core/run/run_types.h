@@ -33,6 +33,8 @@ struct RunSetup {
   int PureIndex = 0;
   // Autosampler delivery with the pures: the first pure tube is number 1.
   bool PureStartPending = false;
+  // "SIMULATED fluorimeter" when the run's readings come from the simulator; empty when real.
+  std::string simulated;
 };
 
 // What the operator asks of the run: OK(1) is Init or Read by the run's state, OK(2) Quit,

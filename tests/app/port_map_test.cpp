@@ -1,5 +1,7 @@
 #include "core/app/port_map.h"
 
+#include "core/app/simulated_marking.h"
+
 #include <gtest/gtest.h>
 
 #include "support/bytes.h"
@@ -56,6 +58,19 @@ TEST(PortMapBuild, LoadsTheFileBesideThePreferencesAndToleratesItsAbsence) {
   testing::writeFile(dir + "ZORVEL.PORTS", "COM1?=sim\n");
   EXPECT_TRUE(LoadPortMap({}, dir + "ZORVEL.PRF").isSimulated(1));
   EXPECT_EQ(LoadPortMap({"COM1=/dev/ttyS7"}, dir + "ZORVEL.PRF").deviceFor(1), "/dev/ttyS7");
+}
+
+TEST(SimulatedMarking, NamesTheInstrumentsInUseThatAreSimulated) {
+  PortMap map = BuildPortMap({"COM2=sim", "COM3=sim"}, "");
+  Preferences prefs;                            // fluorimeter COM1, dilutor COM2, arm COM3
+  EXPECT_EQ(SimulatedMarking(map, prefs), "");  // no autosampler: arm and pump are not in use
+  EXPECT_EQ(MarkedTitle("ZORVEL", ""), "ZORVEL");
+  prefs.AutoSampler = true;
+  EXPECT_EQ(SimulatedMarking(map, prefs), "SIMULATED arm, pump");
+  map = BuildPortMap({"COM1=sim"}, "COM4?=sim\r\n");
+  EXPECT_EQ(MarkedTitle("ZORVEL", SimulatedMarking(map, prefs)), "ZORVEL - SIMULATED fluorimeter");
+  EXPECT_EQ(SimulatedPortsLogText(map), "Simulated ports: COM1, COM4");
+  EXPECT_EQ(SimulatedPortsLogText(BuildPortMap({}, "")), "");
 }
 
 }  // namespace

@@ -93,6 +93,13 @@ TEST(QualityCheckedRun, BuildsTheDatabasesRefusesAFarControlThenKeepsItAndReload
                                  "quit\n");
   ASSERT_EQ(0, built.exitCode) << built.out << built.err;
   const std::string& out = built.out;
+  // On the simulator: said first, and the log names the port and the set that got readings.
+  EXPECT_EQ(0u, out.find("SIMULATED fluorimeter\n")) << out;
+  const std::string log = testing::readFile(dir + "ZORVEL.LOG");
+  EXPECT_NE(std::string::npos, log.find("\nSimulated ports: COM1\t")) << log;
+  EXPECT_TRUE(std::regex_search(
+      log, std::regex("\nSIMULATED fluorimeter readings in data set [^\t]*QC\\.FIX\t")))
+      << log;
   std::size_t at = 0;  // the alert, answered "no", then again, answered "yes"
   for (const char* step : {"Out of Range]", "\n> no ", "Out of Range]", "\n> yes "}) {
     at = out.find(step, at);

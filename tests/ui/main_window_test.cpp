@@ -12,6 +12,7 @@
 #include "core/platform/scripted_operator.h"
 #include "core/platform/virtual_clock.h"
 #include "support/bytes.h"
+#include "ui/platform/instrument_lines.h"
 #include "ui/qt_app.h"
 
 namespace zorvel {
@@ -26,6 +27,7 @@ TEST(MainWindow, FirstStartMakesFoldersAsksForSetupAndExitLogs) {
   ScriptedOperator op;
   VirtualClock clock;
   PagePrinter printer;
+  ui::InstrumentLines lines(state, clock);
   ui::MainWindow window(state, op, clock, printer);
   window.setDisclaimerShown(false);
 
@@ -38,9 +40,15 @@ TEST(MainWindow, FirstStartMakesFoldersAsksForSetupAndExitLogs) {
   EXPECT_TRUE(setupShown);
   EXPECT_TRUE(fs::is_directory(dir + "DATA"));
   EXPECT_TRUE(fs::exists(dir + "ZORVEL.PRF"));
-  EXPECT_EQ(op.messages().size(), 2u);
+  ASSERT_EQ(op.messages().size(), 2u);
 
+  // The instruments on the simulator are named in the title.
+  EXPECT_EQ(window.windowTitle(), "ZORVEL");
+  lines.ports().devices[1] = "sim";
+  window.setInstruments(&lines);
+  EXPECT_EQ(window.windowTitle(), "ZORVEL - SIMULATED fluorimeter");
   window.show();
+
   EXPECT_EQ(window.findChild<QLabel*>("MethodFile_Label")->text(), "None open.");
   EXPECT_EQ(window.findChild<QLabel*>("DataFile_Label")->text(), "None open");
   EXPECT_FALSE(window.findChild<QLabel*>("TrayFile_Label")->isVisible());

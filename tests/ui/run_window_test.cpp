@@ -120,6 +120,7 @@ TEST(RunWindow, CuvetteRunInitReadRejectReadAcceptAndQuit) {
   ASSERT_NE(run.window, nullptr);
   ASSERT_TRUE(run.window->isVisible());
   EXPECT_EQ(run.window->objectName(), "SAMPLING");
+  EXPECT_EQ(run.window->windowTitle(), "ZORVEL Sampling - SIMULATED fluorimeter");
   EXPECT_EQ(run.button("OK_1")->text(), "&Init");
   EXPECT_EQ(run.status(), "[I]nitialize Fluorimeter, [Q]uit Analysis.");
   EXPECT_EQ(run.find<QAction>("MenuFilename")->text(), "LIVER.FIX");

@@ -1,5 +1,6 @@
 #include "ui/platform/instrument_lines.h"
 
+#include "core/app/simulated_marking.h"
 #include "ui/platform/line_factory.h"
 
 namespace zorvel::ui {
@@ -8,6 +9,10 @@ std::unique_ptr<SerialLine> InstrumentLines::lineFor(InstrumentKind kind, int co
   rig_.setTray(&state_.Tray);
   rig_.setFluorimeterModel(state_.Prefs.Fluorimeter);
   return MakeInstrumentLine(LineRoute{kind, comPort, &ports_, traceDirectory_}, clock_, rig_);
+}
+
+std::string InstrumentLines::simulatedMarking() const {
+  return SimulatedMarking(ports_, state_.Prefs);
 }
 
 std::function<void()> InstrumentLines::cuvetteChanger(int comPort) {

@@ -27,6 +27,7 @@ class InstrumentLines final : public LineSource {
 
   std::unique_ptr<SerialLine> lineFor(InstrumentKind kind, int comPort) override;
   std::function<void()> cuvetteChanger(int comPort) override;
+  std::string simulatedMarking() const override;
 
  private:
   const AppState& state_;

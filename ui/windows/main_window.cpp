@@ -14,6 +14,7 @@
 
 #include "core/autosampler/autosampler_check.h"
 #include "ui/windows/autosampler_window.h"
+#include "core/app/simulated_marking.h"
 #include "ui/windows/disclaimer_dialog.h"
 #include "ui/windows/intensity_window.h"
 #include "ui/windows/method_form.h"
@@ -191,6 +192,7 @@ bool MainWindow::runSetupWindow() {
       state_, op_, [this](const std::string& path) { setTrayFile(path, state_.Prefs.AutoSampler); },
       this);
   window.exec();
+  showSimulatedMarking();  // the ports of the instruments may have changed
   return !window.presenter().endRequested();
 }
 
@@ -246,6 +248,12 @@ void MainWindow::setInstruments(LineSource* lines) {
     return ValidateAutosamplerSettings(state_.Method.Autosampler, state_.Tray.TubeCount,
                                        state_.Links.StepsPerMicrolitre, state_.Steps, op_);
   });
+  showSimulatedMarking();
+}
+
+void MainWindow::showSimulatedMarking() {
+  const std::string marking = lines_ != nullptr ? lines_->simulatedMarking() : "";
+  setWindowTitle(QString::fromStdString(MarkedTitle("ZORVEL", marking)));
 }
 
 void MainWindow::showMedians(const std::vector<std::string>& medians) {

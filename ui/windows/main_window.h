@@ -29,6 +29,7 @@ class MainWindow final : public QMainWindow, public MainView {
   // Skips the modal disclaimer (tests and unattended starts).
   void setDisclaimerShown(bool shown) { disclaimerEnabled_ = shown; }
   // Where the instrument windows find their lines. Until this is called they cannot open.
+  // Also names the simulated instruments in the title.
   void setInstruments(LineSource* lines);
   // The control and blank checks every run files through; their trend is shown from here.
   void setQualityChecks(QualityChecks& checks);
@@ -54,6 +55,7 @@ class MainWindow final : public QMainWindow, public MainView {
   void buildMenus();
   QWidget* buildMethodForm();
   void showAbout();
+  void showSimulatedMarking();
   std::unique_ptr<SerialLine> fluorimeterLine();
   void openWaterCell();
   void openIntensityCheck();

@@ -1,3 +1,4 @@
+#include "core/app/simulated_marking.h"
 #include "ui/windows/run_window.h"
 
 namespace zorvel::ui {
@@ -14,7 +15,11 @@ RunWindow* OpenRunWindow(QWidget* parent, const RunWindowServices& services, con
     tray.pump = lines.lineFor(InstrumentKind::Pump, prefs.DilComPort);
     if (!tray.arm || !tray.pump) return nullptr;
   }
-  auto* window = new RunWindow(services, setup, std::move(line), parent, std::move(tray));
+  RunSetup marked = setup;
+  marked.simulated = lines.simulatedMarking();
+  auto* window = new RunWindow(services, marked, std::move(line), parent, std::move(tray));
+  window->setWindowTitle(
+      QString::fromStdString(MarkedTitle(window->windowTitle().toStdString(), marked.simulated)));
   window->setAttribute(Qt::WA_DeleteOnClose);
   window->setWindowModality(Qt::ApplicationModal);
   if (auto changer = lines.cuvetteChanger(comPort)) {
