@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
+#include <optional>
+#include <string_view>
 
 #include "core/files/file_output.h"
 #include "core/text/number_format.h"
@@ -20,39 +21,80 @@ int position(double at, int last) {
   return std::clamp(static_cast<int>(text::roundHalfEven(at)), 1, std::max(last, 1));
 }
 
-std::vector<std::string> splitLines(const std::string& bytes) {
-  std::vector<std::string> lines;
-  std::string line;
+// A record kept for the database: its line and the batch its date gave it.
+struct KeptRecord {
+  std::string_view line;
+  int batch = 0;
+};
+
+std::string_view trimmedView(std::string_view text) {
+  const auto first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+// Calls record(line, field) for every non-empty line after the header lines that is ended by
+// CR LF, CR or LF, with the line's TAB-separated field number `fieldIndex` (0 is the label),
+// trimmed. A last line without its line ending is a record a crash cut short: the next append
+// drops it from the file, so it is no entry.
+template <typename Record>
+void ForEachWholeLine(std::string_view bytes, int headerLines, int fieldIndex, Record record) {
+  int lineNumber = 0;
+  std::size_t start = 0;
+  std::size_t fieldStart = 0;
+  std::size_t fieldEnd = std::string_view::npos;
+  int tabs = 0;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     const char c = bytes[i];
-    if (c == '\r' || c == '\n') {
-      lines.push_back(line);
-      line.clear();
-      if (c == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n') ++i;
-    } else {
-      line += c;
+    if (c == '\t') {
+      ++tabs;
+      if (tabs == fieldIndex) fieldStart = i + 1;
+      if (tabs == fieldIndex + 1) fieldEnd = i;
+      continue;
     }
+    if (c != '\r' && c != '\n') continue;
+    if (lineNumber >= headerLines && i > start) {
+      std::string_view field;
+      if (tabs >= fieldIndex) {
+        const std::size_t end = tabs > fieldIndex ? fieldEnd : i;
+        field = trimmedView(bytes.substr(fieldStart, end - fieldStart));
+      }
+      record(bytes.substr(start, i - start), field);
+    }
+    ++lineNumber;
+    if (c == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n') ++i;
+    start = i + 1;
+    tabs = 0;
   }
-  // A last line without its line ending is a record a crash cut short: the next append drops
-  // it from the file, so it is no entry.
-  return lines;
 }
 
-std::vector<std::string> splitTabs(const std::string& line) {
-  std::vector<std::string> fields;
-  std::size_t start = 0;
-  for (std::size_t tab = line.find('\t'); tab != std::string::npos; tab = line.find('\t', start)) {
-    fields.push_back(line.substr(start, tab - start));
-    start = tab + 1;
+// Entry k's values from its record line: field i is colour i; what is not a number reads as 0.
+void FillEntry(QcDatabase& db, int k, std::string_view line, int colours) {
+  auto& entry = db.history[static_cast<std::size_t>(k)];
+  std::size_t start = line.find('\t');
+  for (int i = 1; i <= colours; ++i) {
+    std::optional<double> value;
+    if (start != std::string_view::npos) {
+      const std::size_t end = line.find('\t', start + 1);
+      value = text::parseNumber(trimmedView(line.substr(
+          start + 1, end == std::string_view::npos ? std::string_view::npos : end - start - 1)));
+      start = end;
+    }
+    entry[static_cast<std::size_t>(i)] = static_cast<float>(value.value_or(0.0));
   }
-  fields.push_back(line.substr(start));
-  return fields;
 }
 
-std::string trimmed(const std::string& text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string::npos) return "";
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+// Sorts each colour column of entries 1..count ascending at once (loading).
+void SortColumns(QcDatabase& db, int colours) {
+  std::array<float, kDatabaseCapacity> column{};
+  for (int i = 1; i <= colours; ++i) {
+    const auto c = static_cast<std::size_t>(i);
+    for (int k = 1; k <= db.count; ++k)
+      column[static_cast<std::size_t>(k - 1)] = db.sorted[static_cast<std::size_t>(k)][c];
+    std::sort(column.begin(), column.begin() + db.count);
+    for (int k = 1; k <= db.count; ++k)
+      db.sorted[static_cast<std::size_t>(k)][c] = column[static_cast<std::size_t>(k - 1)];
+  }
 }
 
 void dropOldest(QcDatabase& db, int colours) {
@@ -154,24 +196,31 @@ QcDatabase LoadDatabase(const std::string& path, int colours, int headerLines) {
   colours = clampColours(colours);
   std::string bytes;
   if (!ReadWholeFile(path, bytes)) return db;
-  const std::vector<std::string> lines = splitLines(bytes);
+  // One pass over the file: every record's date counts towards the batches, but only the
+  // newest 50 records stay in the database, so only their values are read; the columns are
+  // then sorted and the statistics computed once.
+  std::array<KeptRecord, kDatabaseCapacity> kept{};
+  int records = 0;
   int batch = 0;
-  std::string previousDate;
-  std::vector<float> values(static_cast<std::size_t>(colours));
-  for (std::size_t n = static_cast<std::size_t>(std::max(headerLines, 0)); n < lines.size(); ++n) {
-    if (lines[n].empty()) continue;
-    const std::vector<std::string> fields = splitTabs(lines[n]);
-    for (int i = 1; i <= colours; ++i) {
-      const auto at = static_cast<std::size_t>(i);
-      const auto value = at < fields.size() ? text::parseNumber(trimmed(fields[at])) : std::nullopt;
-      values[at - 1] = static_cast<float>(value.value_or(0.0));
-    }
-    const auto dateAt = static_cast<std::size_t>(colours + 1);
-    const std::string date = dateAt < fields.size() ? trimmed(fields[dateAt]) : "";
-    if (date.empty() || date != previousDate) ++batch;
-    previousDate = date;
-    AddEntry(db, values, colours, batch);
+  std::string_view previousDate;
+  ForEachWholeLine(bytes, headerLines, colours + 1,
+                   [&](std::string_view line, std::string_view date) {
+                     if (date.empty() || date != previousDate) ++batch;
+                     previousDate = date;
+                     kept[static_cast<std::size_t>(records % kDatabaseCapacity)] = {line, batch};
+                     ++records;
+                   });
+  const int count = std::min(records, kDatabaseCapacity);
+  for (int k = 1; k <= count; ++k) {
+    const KeptRecord& record =
+        kept[static_cast<std::size_t>((records - count + k - 1) % kDatabaseCapacity)];
+    FillEntry(db, k, record.line, colours);
+    db.batch[static_cast<std::size_t>(k)] = static_cast<std::int16_t>(record.batch);
   }
+  db.count = count;
+  db.sorted = db.history;
+  SortColumns(db, colours);
+  ComputeStatistics(db, colours);
   db.currentBatch = batch + 1;
   return db;
 }

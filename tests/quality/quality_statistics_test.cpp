@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "core/quality/quality_database.h"
+#include "core/text/number_format.h"
 #include "support/bytes.h"
 
 namespace zorvel {
@@ -108,6 +109,34 @@ TEST(QualityStatistics, LoadingNumbersBatchesByDateAndReadsAnyLineEnd) {
 
   EXPECT_EQ(0, LoadDatabase(dir + "missing.CTL", 2, 3).count);
   EXPECT_EQ(1, LoadDatabase(dir + "missing.CTL", 2, 3).currentBatch);
+}
+
+// Reloading reads the file once and sorts once, but must end where adding the records one by
+// one ends: the newest 50, their batches by date, sorted columns and statistics.
+TEST(QualityStatistics, LoadingALongFileEndsAsAddingEachRecordDoes) {
+  const std::string dir = testing::makeTempDir("qclong");
+  std::string text = "CONTROL FILE: x.CTL\r\nexwl/exsl\t493/5\t520/5\r\nemwl/emsl\t515/5\r\n";
+  QcDatabase added;
+  for (int k = 1; k <= 130; ++k) {
+    const std::vector<float> values{static_cast<float>((k * 37) % 101), static_cast<float>(k % 7)};
+    const std::string date = "03-" + std::to_string(10 + k / 20) + "-2000";
+    text += "C" + std::to_string(k) + "\t " + text::plain(values[0]) + " \t " +
+            text::plain(values[1]) + " \t" + date + "\t10:00:00\t\r\n";
+    AddEntry(added, values, 2, 1 + k / 20);
+  }
+  testing::writeFile(dir + "x.CTL", text);
+  const QcDatabase loaded = LoadDatabase(dir + "x.CTL", 2, 3);
+  ASSERT_EQ(kDatabaseCapacity, loaded.count);
+  EXPECT_EQ(added.history, loaded.history);
+  EXPECT_EQ(added.sorted, loaded.sorted);
+  EXPECT_EQ(added.batch, loaded.batch);
+  EXPECT_EQ(1 + 130 / 20 + 1, loaded.currentBatch);
+  for (int i = 1; i <= 2; ++i) {
+    EXPECT_DOUBLE_EQ(added.stats[static_cast<std::size_t>(i)].median,
+                     loaded.stats[static_cast<std::size_t>(i)].median);
+    EXPECT_DOUBLE_EQ(added.stats[static_cast<std::size_t>(i)].sd,
+                     loaded.stats[static_cast<std::size_t>(i)].sd);
+  }
 }
 
 }  // namespace
