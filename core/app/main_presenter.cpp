@@ -1,6 +1,7 @@
 #include "core/app/main_presenter.h"
 
 #include <filesystem>
+#include <memory>
 #include <system_error>
 
 #include "core/app/startup.h"
@@ -149,7 +150,15 @@ void MainPresenter::editMethodFile() {
 }
 
 void MainPresenter::appendDataFile() {
-  const ReopenResult result = AppendDataFile(state_, op_, *databases_);
+  const std::string path = ChooseDataFileToAppend(state_, op_);
+  if (path.empty()) return;
+  // A long set takes a while to reopen: the window stays live and shows it is busy meanwhile.
+  auto result = std::make_shared<ReopenResult>();
+  view_.runBusy([this, path, result] { *result = ReopenForAppend(state_, op_, path, *databases_); },
+                [this, result] { reopened(*result); });
+}
+
+void MainPresenter::reopened(const ReopenResult& result) {
   for (const std::string& entry : result.logEntries) WriteLogEntry(state_.LogPath, clock_, entry);
   if (!result.ok) return;
   editor_.lastSampleNumber = result.lastSampleNumber;

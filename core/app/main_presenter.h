@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/app/main_view.h"
+#include "core/datafiles/data_set_commands.h"
 #include "core/datafiles/quality_databases.h"
 #include "core/method/main_window_update.h"
 #include "core/method/method_editor.h"
@@ -83,6 +84,7 @@ class MainPresenter {
   void setFirstSampleNumber(int number) { methodEditor_.state().FirstSampleNumber = number; }
 
  private:
+  void reopened(const ReopenResult& result);
   void enable(MainMenu item, bool enabled);
   void forgetReopenedSet();
   void endWork();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,13 @@ class MainView {
   virtual void openRunWindow(const RunSetup& setup) = 0;
   // Each colour's control median ("0.0"; empty when not known), under the method's pairs.
   virtual void showMedians(const std::vector<std::string>& medians) = 0;
+  // Slow file work (reopening a long set): `work` runs away from the window thread while the
+  // window shows it is busy and takes no commands, then `done` runs on the window thread. A
+  // view without a window thread runs both at once.
+  virtual void runBusy(std::function<void()> work, std::function<void()> done) {
+    work();
+    done();
+  }
 };
 
 }  // namespace zorvel

@@ -162,12 +162,23 @@ ReopenResult ReopenDataFileSet(AppState& state, Operator& op, const std::string&
 }
 
 ReopenResult AppendDataFile(AppState& state, Operator& op, QualityDatabases& databases) {
+  const std::string path = ChooseDataFileToAppend(state, op);
+  if (path.empty()) return {};
+  return ReopenForAppend(state, op, path, databases);
+}
+
+std::string ChooseDataFileToAppend(AppState& state, Operator& op) {
   const std::string path = file_dialogs::AppendDataFile(op, state);
   if (path.empty()) return {};
   if (!FileExists(path)) {
     op.message("File does not exist.", kErrorTitle, BoxIcon::Exclamation);
     return {};
   }
+  return path;
+}
+
+ReopenResult ReopenForAppend(AppState& state, Operator& op, const std::string& path,
+                             QualityDatabases& databases) {
   ReopenResult result = ReopenDataFileSet(state, op, path, databases);
   if (!result.ok) return result;
   result.window.fileAndInstrumentMenusEnabled = false;

@@ -57,5 +57,10 @@ ReopenResult ReopenDataFileSet(AppState& state, Operator& op, const std::string&
 // update disables the file and instrument menus, shows the method, clears NewDataSet and sets
 // LineEnding from the method's FileType.
 ReopenResult AppendDataFile(AppState& state, Operator& op, QualityDatabases& databases);
+// Its two halves: the dialog and the check that the file exists (empty when nothing is to be
+// reopened), then the reopening itself, which may take a while on a long set.
+std::string ChooseDataFileToAppend(AppState& state, Operator& op);
+ReopenResult ReopenForAppend(AppState& state, Operator& op, const std::string& path,
+                             QualityDatabases& databases);
 
 }  // namespace zorvel

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QTest>
 #include <filesystem>
@@ -49,6 +50,13 @@ TEST(MainWindow, FirstStartMakesFoldersAsksForSetupAndExitLogs) {
   EXPECT_EQ(window.windowTitle(), "ZORVEL - SIMULATED fluorimeter");
   window.show();
 
+  // Reopening runs away from the window thread: the menus wait until it is done.
+  testing::writeFile(dir + "DATA/BAD.FIX", "not a data file\r\n");
+  op.chooseNext(dir + "DATA/BAD.FIX");
+  window.action(MainMenu::AppendDataFile)->trigger();
+  EXPECT_FALSE(window.menuBar()->isEnabled());
+  QTRY_VERIFY(window.menuBar()->isEnabled());
+  EXPECT_EQ(op.messages().back().text, "Invalid data file format. Line 1.");
   EXPECT_EQ(window.findChild<QLabel*>("MethodFile_Label")->text(), "None open.");
   EXPECT_EQ(window.findChild<QLabel*>("DataFile_Label")->text(), "None open");
   EXPECT_FALSE(window.findChild<QLabel*>("TrayFile_Label")->isVisible());

@@ -15,6 +15,7 @@
 #include "core/autosampler/autosampler_check.h"
 #include "ui/windows/autosampler_window.h"
 #include "core/app/simulated_marking.h"
+#include "ui/platform/instrument_worker.h"
 #include "ui/windows/disclaimer_dialog.h"
 #include "ui/windows/intensity_window.h"
 #include "ui/windows/method_form.h"
@@ -254,6 +255,25 @@ void MainWindow::setInstruments(LineSource* lines) {
 void MainWindow::showSimulatedMarking() {
   const std::string marking = lines_ != nullptr ? lines_->simulatedMarking() : "";
   setWindowTitle(QString::fromStdString(MarkedTitle("ZORVEL", marking)));
+}
+
+void MainWindow::runBusy(std::function<void()> work, std::function<void()> done) {
+  if (worker_ == nullptr) worker_ = new InstrumentWorker(this);
+  const auto setBusy = [this](bool busy) {
+    menuBar()->setEnabled(!busy);
+    centralWidget()->setEnabled(!busy);
+    if (busy) {
+      QApplication::setOverrideCursor(Qt::BusyCursor);
+    } else {
+      QApplication::restoreOverrideCursor();
+    }
+  };
+  setBusy(true);
+  const bool started = worker_->start(std::move(work), [setBusy, done = std::move(done)] {
+    setBusy(false);
+    done();
+  });
+  if (!started) setBusy(false);
 }
 
 void MainWindow::showMedians(const std::vector<std::string>& medians) {

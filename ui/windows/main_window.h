@@ -18,6 +18,8 @@ namespace zorvel::ui {
 
 // MAIN, the parent window, holding METHODFORM, the main method window with its menus, its
 // current-files frame and the method editor. The rules live in MainPresenter.
+class InstrumentWorker;
+
 class MainWindow final : public QMainWindow, public MainView {
   Q_OBJECT
  public:
@@ -46,6 +48,8 @@ class MainWindow final : public QMainWindow, public MainView {
   void setLaunchButtons(bool saveEnabled, bool okEnabled) override;
   void openRunWindow(const RunSetup& setup) override;
   void showMedians(const std::vector<std::string>& medians) override;
+  // On the window's worker thread, with a busy cursor and the menus and controls disabled.
+  void runBusy(std::function<void()> work, std::function<void()> done) override;
 
  protected:
   bool event(QEvent* event) override;
@@ -76,6 +80,7 @@ class MainWindow final : public QMainWindow, public MainView {
   QPushButton* save_ = nullptr;
   QPushButton* ok_ = nullptr;
   QAction* asSetup_ = nullptr;
+  InstrumentWorker* worker_ = nullptr;
   Clock& clock_;
   Printer& printer_;
   LineSource* lines_ = nullptr;
