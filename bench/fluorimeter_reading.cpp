@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "bench/counting_peer.h"
 #include "core/instruments/fluorimeter_link.h"
 #include "core/platform/real_clock.h"
 #include "core/platform/scripted_operator.h"
@@ -24,27 +25,6 @@ using namespace zorvel;
 
 constexpr int kColours = 30;
 constexpr float kReadTimeS = 0.1f;
-constexpr double kCharactersPerS = 960.0;
-
-// Counts the characters crossing the line in both directions.
-class CountingPeer final : public sim::LinePeer, public sim::LineEnd {
- public:
-  explicit CountingPeer(sim::LinePeer& inner) : inner_(inner) {}
-  void onReceive(std::string_view bytes, double arrivedS, sim::LineEnd& reply) override {
-    characters += bytes.size();
-    end_ = &reply;
-    inner_.onReceive(bytes, arrivedS, *this);
-  }
-  void transmit(std::string_view bytes, double startS) override {
-    characters += bytes.size();
-    end_->transmit(bytes, startS);
-  }
-  std::size_t characters = 0;
-
- private:
-  sim::LinePeer& inner_;
-  sim::LineEnd* end_ = nullptr;
-};
 
 struct ReadingRun {
   double elapsedS = 0;
@@ -57,7 +37,7 @@ ReadingRun ReadThirtyColours(Clock& clock, bool instrumentDelays) {
   bench.cuvette.dyes[3] = 0.5;
   sim::FluorimeterSim instrument(bench, 2, 11);
   if (!instrumentDelays) instrument.setTiming(sim::FluorimeterSim::InstantTiming());
-  CountingPeer counter(instrument);
+  bench::CountingPeer counter(instrument);
   sim::SimulatedLine line(clock, counter, "COM1 (sim)");
   ScriptedOperator person;
   LinkState links;
@@ -81,8 +61,9 @@ ReadingRun ReadThirtyColours(Clock& clock, bool instrumentDelays) {
   }
   ReadingRun run;
   run.elapsedS = clock.monotonicS() - start;
-  run.boundS =
-      static_cast<double>(counter.characters) / kCharactersPerS + instrument.deliberateDelayS();
+  // Each status reply during a read fits within the read time, so only the other characters
+  // add line time to the instrument's own.
+  run.boundS = counter.lineBoundS() + instrument.deliberateDelayS();
   return run;
 }
 
