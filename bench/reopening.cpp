@@ -22,7 +22,7 @@
 #include "core/datafiles/record_lines.h"
 #include "core/method/method_file.h"
 #include "core/platform/scripted_operator.h"
-#include "core/run/quality_database.h"
+#include "core/quality/quality_database.h"
 
 extern char** environ;
 

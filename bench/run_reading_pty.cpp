@@ -38,29 +38,19 @@ constexpr float kReadTimeS = 0.1f;
 
 class QuietView final : public RunView {
  public:
-  void layOut(bool, bool) override {}
-  void setFilenameCaption(const std::string&) override {}
+  void layOut(const RunLayout&) override {}
+  void showScreen(const RunScreen&) override {}
   void clearStatus() override {}
   void showStatus(const std::string&) override {}
-  void setGridColumns(const std::vector<std::string>&) override {}
-  void setMedianRow(const std::vector<std::string>&) override {}
-  void setRowLabel(int, const std::string&) override {}
   void setCell(int, int, const std::string&) override {}
   void setCellColour(int, int, int) override {}
+  void setMedianRow(const std::vector<std::string>&) override {}
   void showRow(int) override {}
-  void showChoices(const RunChoices&) override {}
-  void showComment(bool) override {}
-  void clearComment() override {}
-  void showOkFrame(bool) override {}
-  void setOkCaption(const std::string&) override {}
-  void setFocus(RunButton) override {}
-  void setResetSampEnabled(bool) override {}
-  void setKeyLegend(const std::string&) override {}
   void clearSpectra() override {}
   void setSpectraScale(double, double, double, double) override {}
   void plotPoint(double, double, int) override {}
   void setProgress(int) override {}
-  void setTimeInfo(const std::vector<std::string>&) override {}
+  void clearComment() override {}
   void closeWindow() override {}
 };
 
