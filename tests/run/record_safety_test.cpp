@@ -38,12 +38,12 @@ TEST(RecordSafety, AReadingTheDiskRefusesIsWrittenAgainOnRetryOrOfferedAgainUnde
             box.text);
   EXPECT_EQ(BoxButtons::RetryCancel, box.buttons);
   EXPECT_EQ(RunState::AwaitingRead, run.controller->state());
-  EXPECT_EQ("NS", run.view.rowLabels[3]);
+  EXPECT_EQ("NS", run.view.rowLabels[2]);
   EXPECT_EQ(1, run.controller->readingsNotRecorded());
 
   std::filesystem::create_directories(folder);
   run.controller->press(RunButton::InitRead);
-  EXPECT_EQ("1", run.view.rowLabels[4]);
+  EXPECT_EQ("1", run.view.rowLabels[3]);
   run.controller->act(RunAction::Accept);
   EXPECT_EQ(0u, run.file(run.state.DataSet.FixPath).find("S1\t"));
 }
@@ -53,7 +53,7 @@ TEST(RecordSafety, ThePromptNamesTheNextNumberAndNoNumberPasses32767) {
   reopened.controller->press(RunButton::InitRead);
   EXPECT_NE(std::string::npos, reopened.view.prompt().find("Sample needed: Sample 209|"));
   reopened.controller->press(RunButton::InitRead);
-  EXPECT_EQ("209", reopened.view.rowLabels[3]);
+  EXPECT_EQ("209", reopened.view.rowLabels[2]);
 
   RunFixture full(ThreeColourMethod(true, false), Appended(32767));
   full.controller->press(RunButton::InitRead);

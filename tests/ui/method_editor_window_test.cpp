@@ -173,7 +173,7 @@ TEST(MethodEditorWindow, NewMethodTypedWithTwentyColoursSavedAndReadOnTheBench) 
   EXPECT_EQ(run->grid()->textAt(0, 20), "515/540");
   for (int colour = 1; colour <= 20; ++colour) {
     bool number = false;
-    run->grid()->textAt(3, colour).toDouble(&number);
+    run->grid()->textAt(2, colour).toDouble(&number);
     EXPECT_TRUE(number) << colour;
   }
   clickAndWait("AcceptReject_1", "OK_Frame");

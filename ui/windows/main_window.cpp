@@ -12,10 +12,10 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-#include "core/autosampler/autosampler_check.h"
-#include "ui/windows/autosampler_window.h"
 #include "core/app/simulated_marking.h"
+#include "core/autosampler/autosampler_check.h"
 #include "ui/platform/instrument_worker.h"
+#include "ui/windows/autosampler_window.h"
 #include "ui/windows/disclaimer_dialog.h"
 #include "ui/windows/intensity_window.h"
 #include "ui/windows/method_form.h"
