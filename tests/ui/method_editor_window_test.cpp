@@ -95,7 +95,7 @@ TEST(MethodEditorWindow, NewMethodTypedWithTwentyColoursSavedAndReadOnTheBench) 
   window.action(MainMenu::NewMethodFile)->trigger();
   QWidget* form = window.findChild<QWidget*>("METHODFORM");
   EXPECT_EQ(child<QLineEdit>(form, "nColors_Box")->text(), "1");
-  EXPECT_FALSE(child<QPushButton>(form, "ASSetup")->isEnabled());
+  EXPECT_FALSE(child<QPushButton>(form, "ASSetup")->isVisible());
   EXPECT_FALSE(child<QWidget>(form, "QXOnly1")->isVisible());
   window.action(MainMenu::QXMods)->trigger();
   EXPECT_TRUE(child<QWidget>(form, "QXOnly1")->isVisible());
@@ -130,6 +130,9 @@ TEST(MethodEditorWindow, NewMethodTypedWithTwentyColoursSavedAndReadOnTheBench) 
   type(form, "PMTVoltage", "775");
   click(form, "Filter_grp_3");
   click(form, "FileType_1");
+  click(form, "Delivery_2");  // the autosampler's button comes with its delivery
+  EXPECT_TRUE(child<QPushButton>(form, "ASSetup")->isVisible());
+  EXPECT_TRUE(child<QPushButton>(form, "ASSetup")->isEnabled());
   click(form, "Delivery_1");
   click(form, "Spillover_Box");  // no pures this time
   EXPECT_TRUE(op.shown.empty());

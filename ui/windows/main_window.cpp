@@ -66,11 +66,6 @@ void MainWindow::buildMenus() {
   add(machine, {MainMenu::IntensityCheck, "&Intensity Check", "IntensityCheck"});
   QAction* setup =
       add(machine, {MainMenu::SetupFluorimeter, "Setup &Fluorimeter", "SetupFluorimeter"});
-  // "AS Setup" until the method editor carries its own button of that name.
-  asSetup_ = machine->addAction("&AS Setup");
-  asSetup_->setObjectName("ASSetup");
-  asSetup_->setEnabled(false);
-  connect(asSetup_, &QAction::triggered, this, [this] { openAutosampler(); });
   QMenu* controls = menuBar()->addMenu("&Controls");
   add(controls, {MainMenu::ShowExistingControls, "Show Existing Controls", "ShowExistControl"});
   add(controls, {MainMenu::QXMods, "QX Mods", "QXMods"});
@@ -238,7 +233,11 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 void MainWindow::setInstruments(LineSource* lines) {
   lines_ = lines;
-  asSetup_->setEnabled(lines_ != nullptr);
+  // The method editor's "AS Setup" opens the autosampler window once there are lines for it.
+  MethodEditor& editor = presenter_.methodEditor();
+  editor.setAutosamplerWindowOpener(lines_ != nullptr
+                                        ? std::function<void()>([this] { openAutosampler(); })
+                                        : std::function<void()>());
   for (MainMenu item : {MainMenu::RunWatercell, MainMenu::IntensityCheck}) {
     presenter_.setAvailable(item, lines_ != nullptr);
     actions_.at(item)->setEnabled(presenter_.available(item));

@@ -79,7 +79,6 @@ class MainWindow final : public QMainWindow, public MainView {
   QPushButton* cancel_ = nullptr;
   QPushButton* save_ = nullptr;
   QPushButton* ok_ = nullptr;
-  QAction* asSetup_ = nullptr;
   InstrumentWorker* worker_ = nullptr;
   Clock& clock_;
   Printer& printer_;
