@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "core/files/file_output.h"
+#include "core/files/file_ends.h"
 #include "core/files/record_append.h"
 
 namespace zorvel {
@@ -49,10 +49,11 @@ std::string describeRepair(const std::string& path, std::string_view partial,
 }  // namespace
 
 DataFileRepair PlanDataFileRepair(const std::string& path, const DataFileShape& shape,
-                                  std::string_view bytes) {
-  if (bytes.substr(0, shape.firstLineStart.size()) != shape.firstLineStart)
+                                  const FileEnds& file) {
+  const std::string_view head = file.head;
+  if (head.substr(0, shape.firstLineStart.size()) != shape.firstLineStart)
     return refused(notOfThisSet(path));
-  const std::vector<std::string_view> lines = completeLines(bytes);
+  const std::vector<std::string_view> lines = completeLines(head);
   const auto headerLines = static_cast<std::size_t>(shape.headerLines);
   if (lines.size() < headerLines) {
     return refused(path + " lacks its header (" + std::to_string(lines.size()) + " of its " +
@@ -63,23 +64,36 @@ DataFileRepair PlanDataFileRepair(const std::string& path, const DataFileShape& 
     return refused(notOfThisSet(path));
   DataFileRepair r;
   r.ok = true;
-  r.lineEnding = std::string(FileLineEnding(bytes));
-  const std::string_view partial = LastPartialLine(bytes);
-  const std::string_view previous = lines.size() > headerLines ? lines.back() : std::string_view{};
+  r.lineEnding = std::string(FileLineEnding(head));
+  const std::string_view tail = file.whole() ? head : std::string_view(file.tail);
+  const std::string_view partial = LastPartialLine(tail);
+  // The line before a partial one tells a scan record's length; the header is no record. The
+  // tail of a long file starts inside a line, so its first piece is no line at all.
+  std::string_view previous;
+  if (file.whole()) {
+    if (lines.size() > headerLines) previous = lines.back();
+  } else if (const std::vector<std::string_view> tailLines = completeLines(tail);
+             tailLines.size() > 1) {
+    previous = tailLines.back();
+  }
   const bool whole = !partial.empty() && IsWholeRecord(shape, partial, previous);
-  r.plan = PlanTailRepair(bytes, r.lineEnding, whole);
-  if (r.plan.changes(bytes.size()))
-    r.logEntry = describeRepair(path, partial, r.plan, bytes.size());
+  r.plan = PlanTailRepair(tail, r.lineEnding, whole);
+  r.plan.keep += file.tailStart;
+  if (r.plan.changes(file.size)) r.logEntry = describeRepair(path, partial, r.plan, file.size);
   return r;
 }
 
 DataFileRepair RepairDataFile(const std::string& path, const DataFileShape& shape) {
-  std::string bytes;
-  if (!ReadWholeFile(path, bytes)) {
+  FileEnds file;
+  if (!ReadFileEnds(path, kFileEndBytes, file)) {
     return refused(path + " is missing from the data set, so the set cannot be appended to.");
   }
-  DataFileRepair r = PlanDataFileRepair(path, shape, bytes);
-  if (!r.ok || !r.plan.changes(bytes.size())) return r;
+  // A last line longer than the tail read: where it starts is only found by reading it all.
+  if (!file.whole() && WholeLinesLength(file.tail) == 0 && !ReadFileEnds(path, file.size, file)) {
+    return refused(path + " is missing from the data set, so the set cannot be appended to.");
+  }
+  DataFileRepair r = PlanDataFileRepair(path, shape, file);
+  if (!r.ok || !r.plan.changes(file.size)) return r;
   std::string reason;
   if (!ApplyTailRepair(path, r.plan.keep, r.plan.complete, &reason)) {
     return refused(path + " could not be repaired (" + reason + ").  The set is not opened.");

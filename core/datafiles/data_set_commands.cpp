@@ -4,6 +4,7 @@
 #include "core/datafiles/data_set_headers.h"
 #include "core/datafiles/data_set_naming.h"
 #include "core/datafiles/last_sample_number.h"
+#include "core/files/file_ends.h"
 #include "core/files/file_output.h"
 #include "core/files/paths.h"
 #include "core/method/method_codes.h"
@@ -117,8 +118,9 @@ ReopenResult ReopenDataFileSet(AppState& state, Operator& op, const std::string&
                                QualityDatabases& databases) {
   ReopenResult result;
   const std::string base = BasePathOf(path);
+  // Only the two header lines are read here; a long set's records are not.
   std::string bytes;
-  ReadWholeFile(path, bytes);
+  ReadFileHead(path, kFileEndBytes, bytes);
   HeaderFields header(std::move(bytes));
   const std::string line1 = header.next();
   if (line1.find('\t') == std::string::npos) {

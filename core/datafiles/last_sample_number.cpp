@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "core/datafiles/data_file_shape.h"
+#include "core/files/backward_lines.h"
+#include "core/files/file_ends.h"
 #include "core/files/file_output.h"
 
 namespace zorvel {
@@ -29,6 +31,47 @@ std::vector<std::string_view> splitLines(std::string_view text) {
 
 bool isPureOrBlank(char c) {
   return c == 'P' || c == 'B';
+}
+
+// Where the records begin: just after the first whole line of the head that holds the heading;
+// npos when the head holds none.
+std::size_t recordsStart(std::string_view head, std::string_view heading, bool headIsWhole) {
+  std::size_t start = 0;
+  while (start < head.size()) {
+    std::size_t end = head.find_first_of("\r\n", start);
+    if (end == std::string_view::npos) return headIsWhole ? head.size() : std::string_view::npos;
+    const bool holds = head.substr(start, end - start).find(heading) != std::string_view::npos;
+    if (head[end] == '\r' && end + 1 < head.size() && head[end + 1] == '\n') ++end;
+    // A CR at the end of the head may yet be followed by its LF.
+    if (head[end] == '\r' && end + 1 == head.size() && !headIsWhole) return std::string_view::npos;
+    start = end + 1;
+    if (holds) return start;
+  }
+  return std::string_view::npos;
+}
+
+// The last records, read from the file's end back to `firstByte` only as far as needed: the
+// last label, the last number and whether any sample is there.
+LastSample lastSampleFromEnd(const std::string& path, std::size_t firstByte,
+                             bool anyRecordIsASample) {
+  LastSample last;
+  bool haveLabel = false;
+  bool haveNumber = false;
+  BackwardLines lines(path, firstByte);
+  std::string line;
+  while (!(haveLabel && haveNumber && last.samplesPresent) && lines.previous(line)) {
+    RecordLabel label;
+    if (!ParseRecordLabel(line, label)) continue;
+    if (!haveLabel && label.letter != 'R') {
+      last.lastLabel = label.letter + std::to_string(label.number);
+      haveLabel = true;
+    }
+    if (isPureOrBlank(label.letter)) continue;
+    if (!haveNumber) last.number = static_cast<int>(std::min<long>(label.number, INT_MAX));
+    haveNumber = true;
+    if (label.letter == 'S' || anyRecordIsASample) last.samplesPresent = true;
+  }
+  return last;
 }
 
 // The records after the heading line that contains `lastHeading`.
@@ -65,13 +108,27 @@ LastSample LastSampleInScanText(std::string_view text) {
   return lastSampleAfter(text, "Initial", true);
 }
 
+LastSample LastSampleInFile(const std::string& path, DataFileKind kind) {
+  const bool fixed = kind == DataFileKind::Fixed;
+  const std::string_view heading = fixed ? "em wl" : "Initial";
+  std::string head;
+  if (!ReadFileHead(path, kFileEndBytes + 1, head)) return {};
+  const bool headIsWhole = head.size() <= kFileEndBytes;
+  if (!headIsWhole) head.pop_back();
+  const std::size_t start = recordsStart(head, heading, headIsWhole);
+  if (start != std::string_view::npos) return lastSampleFromEnd(path, start, !fixed);
+  if (headIsWhole) return {};
+  // A header longer than any the program writes: the file is read whole, as it is written.
+  std::string bytes;
+  ReadWholeFile(path, bytes);
+  return fixed ? LastSampleInFixedText(bytes) : LastSampleInScanText(bytes);
+}
+
 LastSample FindLastSample(const MethodSettings& method, const DataSetPaths& paths) {
   LastSample fixed;
   LastSample scans;
-  std::string bytes;
-  if (method.Fixed && ReadWholeFile(paths.FixPath, bytes)) fixed = LastSampleInFixedText(bytes);
-  bytes.clear();
-  if (method.Synch && ReadWholeFile(paths.SynPath, bytes)) scans = LastSampleInScanText(bytes);
+  if (method.Fixed) fixed = LastSampleInFile(paths.FixPath, DataFileKind::Fixed);
+  if (method.Synch) scans = LastSampleInFile(paths.SynPath, DataFileKind::Synch);
   if (!method.Synch) return fixed;
   if (!method.Fixed) return scans;
   LastSample last = fixed;

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/datafiles/data_file_shape.h"
 #include "core/state/data_set_paths.h"
 #include "core/state/method_settings.h"
 
@@ -24,6 +25,11 @@ LastSample LastSampleInFixedText(std::string_view text);
 // The same for a ".SYN" file (the lines after the "Initial Date/Time" line); any record other
 // than a pure or a blank marks samples present.
 LastSample LastSampleInScanText(std::string_view text);
+
+// The same, read from the file itself: the heading from the front, then the records from the
+// end backwards only until the last label, the last number and a sample are found, so a long
+// set costs about its last records. A file that cannot be read holds no records.
+LastSample LastSampleInFile(const std::string& path, DataFileKind kind);
 
 // Reads the set's ".FIX" file when the method reads fixed wavelengths and its ".SYN" file when
 // it scans; the next number comes after the highest of their last numbers, so a reading that

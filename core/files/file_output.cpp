@@ -1,6 +1,7 @@
 #include "core/files/file_output.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -9,6 +10,7 @@
 #include <sstream>
 
 #include "core/files/descriptor.h"
+#include "core/files/file_ends.h"
 
 namespace zorvel {
 
@@ -72,6 +74,11 @@ bool AppendRecord(const std::string& path, std::string_view bytes) {
 }
 
 bool ReadWholeFile(const std::string& path, std::string& bytes) {
+  // A regular file is read straight into the string, once: a long data set is not copied
+  // through a stream buffer on its way. Pipes and devices are read as streams.
+  struct stat info {};
+  if (::stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode))
+    return ReadFileHead(path, static_cast<std::size_t>(info.st_size), bytes);
   std::ifstream in(path, std::ios::binary);
   if (!in) return false;
   std::ostringstream text;

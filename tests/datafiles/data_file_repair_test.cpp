@@ -49,39 +49,51 @@ std::string withoutEnding(std::string line) {
   return line;
 }
 
+// A long file is read at its ends only: its records then run past the blocks read.
+std::string manyRecords(const std::string& record) {
+  std::string records;
+  while (!record.empty() && records.size() < 300000) records += record;
+  return records;
+}
+
 TEST(DataFileRepair, EveryKindInEveryLineEndingLosesOnlyAPartialLastLine) {
   const std::string dir = testing::makeTempDir("repair-kinds");
   const MethodSettings method = testing::LiverSetState().Method;
   for (const std::string eol : {"\r\n", "\r", "\n"}) {
-    for (const KindSample& k : samplesIn(eol)) {
-      const DataFileShape shape = ShapeOf(k.kind, method);
-      const std::string whole = k.header + k.record + k.record;
-      const std::string record = k.record.empty() ? "S1" : withoutEnding(k.record);
-      struct Case {
-        std::string before, after;
-        bool logged;
-      } cases[] = {
-          {whole, whole, false},
-          {k.header, k.header, false},
-          // Half a record is cut; the whole lines before it stay.
-          {whole + record.substr(0, record.size() / 2 + 1), whole, true},
-      };
-      std::vector<Case> all(std::begin(cases), std::end(cases));
-      // A whole record that lost its line ending gets it back (not for the log's header).
-      if (!k.record.empty()) all.push_back({k.header + k.record + record, whole, true});
-      if (eol == "\r\n" && !k.record.empty())
-        all.push_back({whole.substr(0, whole.size() - 1), whole, true});
-      for (const Case& c : all) {
-        SCOPED_TRACE(visible(eol) + " " + shape.firstLineStart + " " + visible(c.before));
-        const std::string path = dir + "file";
-        writeFile(path, c.before);
-        const DataFileRepair r = RepairDataFile(path, shape);
-        ASSERT_TRUE(r.ok) << r.refusal;
-        EXPECT_EQ(r.lineEnding, eol);
-        EXPECT_SAME_BYTES(c.after, readFile(path));
-        EXPECT_EQ(c.logged, !r.logEntry.empty()) << r.logEntry;
+    for (const KindSample& sample : samplesIn(eol))
+      for (const bool longFile : {false, true}) {
+        KindSample k = sample;
+        if (longFile) k.header += manyRecords(k.record);
+        const DataFileShape shape = ShapeOf(k.kind, method);
+        const std::string whole = k.header + k.record + k.record;
+        const std::string record = k.record.empty() ? "S1" : withoutEnding(k.record);
+        struct Case {
+          std::string before, after;
+          bool logged;
+        } cases[] = {
+            {whole, whole, false},
+            {k.header, k.header, false},
+            // Half a record is cut; the whole lines before it stay.
+            {whole + record.substr(0, record.size() / 2 + 1), whole, true},
+        };
+        std::vector<Case> all(std::begin(cases), std::end(cases));
+        // A whole record that lost its line ending gets it back (not for the log's header).
+        if (!k.record.empty()) all.push_back({k.header + k.record + record, whole, true});
+        if (eol == "\r\n" && !k.record.empty())
+          all.push_back({whole.substr(0, whole.size() - 1), whole, true});
+        for (const Case& c : all) {
+          SCOPED_TRACE(visible(eol) + " " + shape.firstLineStart + " " +
+                       visible(c.before.substr(c.before.size() -
+                                               std::min<std::size_t>(c.before.size(), 300))));
+          const std::string path = dir + "file";
+          writeFile(path, c.before);
+          const DataFileRepair r = RepairDataFile(path, shape);
+          ASSERT_TRUE(r.ok) << r.refusal;
+          EXPECT_EQ(r.lineEnding, eol);
+          EXPECT_SAME_BYTES(c.after, readFile(path));
+          EXPECT_EQ(c.logged, !r.logEntry.empty()) << r.logEntry;
+        }
       }
-    }
   }
 }
 

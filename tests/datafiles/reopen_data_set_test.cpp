@@ -200,6 +200,39 @@ TEST(ReopenDataFileSet, TheHighestNumberOfBothFilesCountsAndAOneSidedReadingIsRe
   EXPECT_EQ(r.logEntries, std::vector<std::string>{op.messages()[0].text});
 }
 
+// A long set is read from its end; whatever the line ends, where the records fall against the
+// blocks read, or how far back the last number, label or sample lies, it must agree with
+// reading the whole text.
+TEST(LastSampleInFile, ReadingFromTheEndAgreesWithReadingTheWholeText) {
+  const std::string dir = testing::makeTempDir("lastsample");
+  for (const std::string eol : {"\r\n", "\r", "\n"}) {
+    std::string records;
+    for (int k = 1; records.size() < 200000; ++k)
+      records += (k % 7 ? "S" : "C") + std::to_string(k % 30000) + "\t  101.500" + eol;
+    for (const bool fixed : {true, false}) {
+      const std::string head = std::string(fixed ? "LONG.FIX\tx" : "LONG.SYN\tx") + eol +
+                               (fixed ? "em wl" : "Initial") + eol;
+      for (const std::string& tail :
+           {std::string(), "C7\t1" + eol + "P3\t5" + eol + "B0\t1" + eol,
+            "S40000\t1" + eol + "R40000\t1" + eol, std::string("C9\t1"), "x\tgarbled" + eol}) {
+        for (const std::string& text :
+             {head + records + tail, head + tail, head + "P1\t5" + eol + "P2\t5" + eol + tail}) {
+          writeFile(dir + "LONG", text);
+          const LastSample expected =
+              fixed ? LastSampleInFixedText(text) : LastSampleInScanText(text);
+          const LastSample read =
+              LastSampleInFile(dir + "LONG", fixed ? DataFileKind::Fixed : DataFileKind::Synch);
+          SCOPED_TRACE(testing::visible(eol + tail) + " " + std::to_string(text.size()));
+          EXPECT_EQ(expected.number, read.number);
+          EXPECT_EQ(expected.samplesPresent, read.samplesPresent);
+          EXPECT_EQ(expected.lastLabel, read.lastLabel);
+        }
+      }
+    }
+  }
+  EXPECT_EQ(0, LastSampleInFile(dir + "missing.FIX", DataFileKind::Fixed).number);
+}
+
 TEST(ReopenDataFileSet, GarbledLinesAreNoRecordsAndNumbersPast16BitsAreKept) {
   EXPECT_EQ(LastSampleInFixedText("em wl\r\nS40\t1.000\r\n#x\tgarbled\r\nS\t2\r\n").number, 40);
   EXPECT_EQ(LastSampleInFixedText("em wl\r\nS40000\t1.000\r\n").number, 40000);
