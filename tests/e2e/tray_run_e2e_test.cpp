@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <chrono>
 #include <cstdio>
+#include <regex>
 #include <thread>
 
 #include "core/method/demo_methods.h"
@@ -197,6 +198,43 @@ TEST(TrayRunE2e, SigtermStopsAtTheNextCheckpointAndAppendCarriesTheNumbersOn) {
   // Every line of the file is whole.
   const std::string bytes = testing::readFile(bench.dir + "DATA/RUN2.FIX");
   EXPECT_EQ("\r\n", bytes.substr(bytes.size() - 2));
+}
+
+// kill -9 at moments spread over the first tubes' cycles (drawing, flushing, reading, writing):
+// whatever the moment, every line on disk is whole and --append numbers on after the last one.
+TEST(TrayRunE2e, KilledAtAnyMomentLeavesWholeLinesAndAppendNumbersOn) {
+  TrayBench bench;
+  const std::regex record(
+      "S[0-9]+\t[5-7]\t-?[0-9]+\\.[0-9]{3}\t-?[0-9]+\\.[0-9]{3}\t-?[0-9]+\\.[0-9]{3}");
+  int set = 0;
+  const std::pair<const char*, int> moments[] = {
+      {"Tube 5: Sample 1", 900}, {"Tube 6: Sample 2", 0}, {"Tube 6: Sample 2", 500}};
+  for (const auto& [tube, afterMs] : moments) {
+    const std::string name = "KILL" + std::to_string(++set);
+    SCOPED_TRACE(name + " killed " + std::to_string(afterMs) + " ms after " + tube);
+    QProcess run;
+    bench.start(run, name, false, "no\ninit\nread\nquit\n");
+    ASSERT_TRUE(bench.waitFor(run, tube)) << bench.out;
+    std::this_thread::sleep_for(std::chrono::milliseconds(afterMs));
+    Signal(run, SIGKILL);
+    ASSERT_TRUE(run.waitForFinished(10000));
+    const std::string path = bench.dir + "DATA/" + name + ".FIX";
+    const std::string bytes = testing::readFile(path);
+    ASSERT_FALSE(bytes.empty());
+    EXPECT_EQ("\r\n", bytes.substr(bytes.size() - 2)) << testing::visible(bytes);
+    const std::vector<std::string> labels = bench.labels(name);
+    for (const std::string& line : bench.records(name))
+      EXPECT_TRUE(std::regex_match(line, record)) << line;
+
+    QProcess again;
+    bench.out.clear();
+    bench.start(again, name, true, "tube-range\ntext 7\ntext 7\ninit\nread\nquit\n");
+    ASSERT_TRUE(again.waitForFinished(30000));
+    ASSERT_EQ(0, again.exitCode()) << again.readAllStandardOutput().toStdString();
+    std::vector<std::string> expected = labels;
+    expected.push_back("S" + std::to_string(labels.size() + 1));
+    EXPECT_EQ(expected, bench.labels(name));
+  }
 }
 
 }  // namespace
