@@ -66,7 +66,15 @@ void RunController::setCuvetteChanger(std::function<void()> insertNext) {
 }
 
 void RunController::Form_Load() {
+  LayOut();
+  InitialiseAutosampler();
+}
+
+void RunController::LayOut() {
   engine_->Form_Load();
+}
+
+void RunController::InitialiseAutosampler() {
   if (tray_ != nullptr) tray_->formLoaded();
 }
 

@@ -25,9 +25,9 @@ struct TrayHooks;
 // every run shares; the cuvette plan decides what comes next.
 //
 // Long calls (instrument work; the Qt window runs them on its worker thread, one at a time,
-// and keeps its buttons hidden meanwhile): act() and press() for Init, Read and the decisions,
-// OK_KeyPress of "i"/"r", AcceptReject_KeyPress. They may also show message boxes.
-// Instant calls (window thread, while no long call runs): Form_Load, Quit (boxes and file
+// and keeps its buttons hidden meanwhile): InitialiseAutosampler, act() and press() for Init, Read
+// and the decisions, OK_KeyPress of "i"/"r", AcceptReject_KeyPress. They may also show message
+// boxes. Instant calls (window thread, while no long call runs): LayOut, Quit (boxes and file
 // deletion only), OK_KeyPress of "q", ResetSamp_Click (input box), Form_Unload.
 // Any thread, any time: keyDown (F5/F11), Comment_Change, SetAutoHeight, SetVerticalScale,
 // state() and the flags below. The flags are for the tray run, which tests them between tubes;
@@ -51,7 +51,12 @@ class RunController {
   // program is being stopped). Any thread.
   void Terminate();
 
+  // Lays the window out (instant), then, for autosampler delivery, initialises the dilutor (a
+  // long call: the window runs it on its worker). Form_Load does both, for callers without a
+  // window thread.
   void Form_Load();
+  void LayOut();
+  void InitialiseAutosampler();
   // What the operator asks; an action the run's state does not allow, or a decision the open
   // decision does not offer, does nothing.
   void act(RunAction action);

@@ -100,6 +100,9 @@ std::size_t records(const TrayWindow& run) {
 TEST(RunWindowTray, F11PausesAndResumesAndF5AbortsWhileTheWindowAnswers) {
   TrayWindow run;
   ASSERT_FALSE(run.window.isNull());
+  // The dilutor is initialised on the worker: the window is back before it is done.
+  EXPECT_TRUE(run.window->working());
+  QTRY_VERIFY_WITH_TIMEOUT(!run.window->working(), 5000);
   QTest::mouseClick(run.ok(), Qt::LeftButton);
   QTRY_VERIFY_WITH_TIMEOUT(!run.window->working() && run.ok()->text() == "&Read Sample", 5000);
   EXPECT_TRUE(run.label("Status").contains("[R]ead Tray or [Q]uit"));

@@ -91,7 +91,10 @@ RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
     tubeRange_->setVisible(true);
   }
   connectControls();
-  controller_->Form_Load();
+  controller_->LayOut();
+  // The dilutor's initialisation takes seconds: it runs on the worker, and the run's buttons
+  // wait for it while the window answers.
+  if (arm_) startWork([](RunController& c) { c.InitialiseAutosampler(); });
   controller_->SetAutoHeight(autoHeight_->isChecked());
   yMin_->setText(asNumber(plot_->yMin()));
   yMax_->setText(asNumber(plot_->yMax()));
