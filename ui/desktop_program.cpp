@@ -90,6 +90,10 @@ int RunDesktopProgram(int argc, char** argv) {
   printer.setFileWritten([&](const std::string& file) {
     WriteLogEntry(state->LogPath, clock, "Printout written to " + file);
   });
+  printer.setProblemReported([&](const std::string& problem) {
+    WriteLogEntry(state->LogPath, clock, problem);
+    op.message(problem, "ZORVEL ERROR", BoxIcon::Exclamation);
+  });
   MainWindow window(*state, op, clock, printer);
   op.setParent(&window);
   QtAlertDialog alert(op, &window);

@@ -47,6 +47,10 @@ Context::Context(const Options& opts)
   printer.setFileWritten([this](const std::string& file) {
     WriteLogEntry(state.LogPath, clock, "Printout written to " + file);
   });
+  printer.setProblemReported([this](const std::string& problem) {
+    WriteLogEntry(state.LogPath, clock, problem);
+    std::cerr << "zorvel-run: " << problem << "\n";
+  });
 }
 
 int Context::fail(const std::string& message, int exitCode) {

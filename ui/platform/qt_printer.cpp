@@ -1,9 +1,13 @@
 #include "ui/platform/qt_printer.h"
 
+#include <QDir>
 #include <QFont>
 #include <QFontMetrics>
+#include <QPageLayout>
 #include <QPainter>
-#include <QPrinter>
+#include <QPdfWriter>
+#include <QProcess>
+#include <QTemporaryFile>
 
 #include "core/platform/print_file_name.h"
 #include "ui/platform/gui_thread.h"
@@ -12,31 +16,59 @@ namespace zorvel::ui {
 
 namespace {
 
+// The system's print command takes the file at once into its queue; a spooler that does not
+// answer within this long is reported rather than waited on.
+constexpr int kPrintCommandMs = 30000;
+
 // Paints the pages in a fixed-pitch font so that tab columns line up as they do on paper.
-void paintPages(QPrinter& printer, const std::vector<PagePrinter::Page>& pages) {
+bool writePdf(const QString& file, const std::vector<PagePrinter::Page>& pages) {
+  QPdfWriter pdf(file);
+  pdf.setResolution(1200);
+  pdf.setCreator("ZORVEL");
   QPainter painter;
-  if (!painter.begin(&printer)) return;
+  if (!painter.begin(&pdf)) return false;
   QFont font("Courier New");
   font.setStyleHint(QFont::TypeWriter);
   font.setPointSize(10);
   painter.setFont(font);
-  const int lineHeight = QFontMetrics(font, &printer).lineSpacing();
-  const int pageHeight = printer.pageLayout().paintRectPixels(printer.resolution()).height();
+  const int lineHeight = QFontMetrics(font, &pdf).lineSpacing();
+  const int pageHeight = pdf.pageLayout().paintRectPixels(pdf.resolution()).height();
   bool first = true;
   for (const auto& page : pages) {
-    if (!first) printer.newPage();
+    if (!first) pdf.newPage();
     first = false;
     int y = lineHeight;
     for (const auto& line : page) {
       if (y > pageHeight) {
-        printer.newPage();
+        pdf.newPage();
         y = lineHeight;
       }
       painter.drawText(0, y, QString::fromLatin1(line.data(), static_cast<int>(line.size())));
       y += lineHeight;
     }
   }
-  painter.end();
+  return painter.end();
+}
+
+// Hands a PDF to the system's default printer through its print command; empty when it was
+// queued, otherwise why not.
+std::string sendToPrinter(const QString& file, const QString& command) {
+  QProcess lp;
+  lp.start(command, {file});
+  if (!lp.waitForStarted(kPrintCommandMs))
+    return "the print command \"" + command.toStdString() + "\" could not be started";
+  if (!lp.waitForFinished(kPrintCommandMs)) {
+    lp.kill();
+    lp.waitForFinished(1000);
+    return "the print command \"" + command.toStdString() + "\" did not finish within " +
+           std::to_string(kPrintCommandMs / 1000) + " seconds";
+  }
+  if (lp.exitStatus() != QProcess::NormalExit || lp.exitCode() != 0) {
+    const QString said = QString::fromLocal8Bit(lp.readAllStandardError()).trimmed();
+    return "the print command \"" + command.toStdString() + "\" refused it" +
+           (said.isEmpty() ? std::string() : ": " + said.toStdString());
+  }
+  return {};
 }
 
 }  // namespace
@@ -48,18 +80,28 @@ void QtPrinter::endDocument() {
   bool hasText = false;
   for (const auto& page : pages) hasText = hasText || !page.empty();
   if (!hasText) return;
-  std::string file;
-  if (!pdfPath_.isEmpty()) file = NextFreePrintFile(pdfPath_.toStdString(), nextFile_);
-  onGuiThread([&] {
-    QPrinter printer(QPrinter::HighResolution);
-    if (!file.empty()) {
-      printer.setOutputFormat(QPrinter::PdfFormat);
-      printer.setOutputFileName(QString::fromStdString(file));
-    }
-    paintPages(printer, pages);
-  });
+  if (!pdfPath_.isEmpty()) {
+    const std::string file = NextFreePrintFile(pdfPath_.toStdString(), nextFile_);
+    const bool written = onGuiThread([&] { return writePdf(QString::fromStdString(file), pages); });
+    if (!written) return report("The printout could not be written to " + file + ".");
+    ++sent_;
+    if (fileWritten_) fileWritten_(file);
+    return;
+  }
+  // The system printer takes a PDF; it is written beside the other temporary files and removed
+  // once the print command has queued it.
+  QTemporaryFile file(QDir::tempPath() + "/zorvel-printout-XXXXXX.pdf");
+  if (!file.open()) return report("The printout could not be prepared: no temporary file.");
+  file.close();
+  if (!onGuiThread([&] { return writePdf(file.fileName(), pages); }))
+    return report("The printout could not be prepared in " + file.fileName().toStdString() + ".");
+  if (const std::string problem = sendToPrinter(file.fileName(), printCommand_); !problem.empty())
+    return report("The printout was not printed: " + problem + ".");
   ++sent_;
-  if (!file.empty() && fileWritten_) fileWritten_(file);
+}
+
+void QtPrinter::report(const std::string& problem) {
+  if (problemReported_) problemReported_(problem);
 }
 
 }  // namespace zorvel::ui

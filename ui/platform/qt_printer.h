@@ -10,7 +10,9 @@
 namespace zorvel::ui {
 
 // The desktop printer: lines are laid out as plain text pages (the same model the tests
-// check) and sent, at the end of the document, to the system printer or to a PDF file.
+// check) and, at the end of the document, written as a PDF: to a file of the operator's, or
+// handed to the system's default printer through its print command ("lp"). No step of it
+// waits without a bound, and what goes wrong is reported, never shown in a box of its own.
 class QtPrinter final : public Printer {
  public:
   // An empty pdfPath prints on the system's default printer. Otherwise each document goes to
@@ -20,6 +22,12 @@ class QtPrinter final : public Printer {
   void setFileWritten(std::function<void(const std::string&)> fileWritten) {
     fileWritten_ = std::move(fileWritten);
   }
+  // Told why a document could not be written or printed (the caller logs or shows it).
+  void setProblemReported(std::function<void(const std::string&)> problemReported) {
+    problemReported_ = std::move(problemReported);
+  }
+  // The command that queues a PDF on the default printer; "lp" unless a test says otherwise.
+  void setPrintCommand(QString command) { printCommand_ = std::move(command); }
 
   void print(std::string_view text) override { pages_.print(text); }
   void tab(int column) override { pages_.tab(column); }
@@ -35,6 +43,10 @@ class QtPrinter final : public Printer {
   int sent_ = 0;
   int nextFile_ = 1;
   std::function<void(const std::string&)> fileWritten_;
+  std::function<void(const std::string&)> problemReported_;
+  QString printCommand_ = "lp";
+
+  void report(const std::string& problem);
 };
 
 }  // namespace zorvel::ui
