@@ -6,6 +6,7 @@
 
 #include "core/datafiles/empty_set.h"
 #include "core/files/log_line.h"
+#include "core/files/record_append.h"
 #include "core/run/run_prompts.h"
 #include "core/text/number_format.h"
 
@@ -102,8 +103,12 @@ bool RunEngine::confirmQuitDuringPures(bool puresPending) {
   const int answer = op_.message(prompt::kQuitDuringPures, prompt::kQueryTitle, BoxIcon::Question,
                                  BoxButtons::YesNo);
   if (answer != answer::kYes) return false;
-  if (state_.Method.Fixed) std::remove(state_.DataSet.FixPath.c_str());
-  if (state_.Method.Synch) std::remove(state_.DataSet.SynPath.c_str());
+  // The removal is made as durable as the files' creation was, so a power cut cannot bring the
+  // abandoned set back.
+  std::vector<std::string> removed;
+  if (state_.Method.Fixed) removed.push_back(state_.DataSet.FixPath);
+  if (state_.Method.Synch) removed.push_back(state_.DataSet.SynPath);
+  RemoveFilesDurably(removed);
   log("Run aborted");
   return true;
 }
