@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "bench/counting_peer.h"
+#include "bench/quiet_run.h"
 #include "core/app/port_map.h"
 #include "core/app/preferences_file.h"
 #include "core/platform/real_clock.h"
@@ -32,27 +33,10 @@ extern char** environ;
 namespace {
 
 using namespace zorvel;
+using bench::QuietView;
 
 constexpr int kColours = 30;
 constexpr float kReadTimeS = 0.1f;
-
-class QuietView final : public RunView {
- public:
-  void layOut(const RunLayout&) override {}
-  void showScreen(const RunScreen&) override {}
-  void clearStatus() override {}
-  void showStatus(const std::string&) override {}
-  void setCell(int, int, const std::string&) override {}
-  void setCellColour(int, int, int) override {}
-  void setMedianRow(const std::vector<std::string>&) override {}
-  void showRow(int) override {}
-  void clearSpectra() override {}
-  void setSpectraScale(double, double, double, double) override {}
-  void plotPoint(double, double, int) override {}
-  void setProgress(int) override {}
-  void clearComment() override {}
-  void closeWindow() override {}
-};
 
 MethodSettings ThirtyColours() {
   MethodSettings m;

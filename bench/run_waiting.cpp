@@ -2,10 +2,10 @@
 // reads one cuvette on the real clock over the simulated line, and should sleep on the line for
 // nearly all of it.
 #include <benchmark/benchmark.h>
-#include <sys/resource.h>
 
 #include <chrono>
 
+#include "bench/quiet_run.h"
 #include "core/platform/page_printer.h"
 #include "core/platform/real_clock.h"
 #include "core/platform/scripted_operator.h"
@@ -17,32 +17,8 @@
 namespace {
 
 using namespace zorvel;
-
-// A window nobody looks at.
-class QuietView final : public RunView {
- public:
-  void layOut(const RunLayout&) override {}
-  void showScreen(const RunScreen&) override {}
-  void clearStatus() override {}
-  void showStatus(const std::string&) override {}
-  void setCell(int, int, const std::string&) override {}
-  void setCellColour(int, int, int) override {}
-  void setMedianRow(const std::vector<std::string>&) override {}
-  void showRow(int) override {}
-  void clearSpectra() override {}
-  void setSpectraScale(double, double, double, double) override {}
-  void plotPoint(double, double, int) override {}
-  void setProgress(int) override {}
-  void clearComment() override {}
-  void closeWindow() override {}
-};
-
-double ProcessorS() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  const auto seconds = [](const timeval& t) { return t.tv_sec + t.tv_usec / 1e6; };
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
+using bench::ProcessorS;
+using bench::QuietView;
 
 void BM_RunReadsOneCuvetteForTenSeconds(benchmark::State& state) {
   AppState app;

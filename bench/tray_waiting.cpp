@@ -2,10 +2,14 @@
 // clock over the simulated arm, dilutor and fluorimeter, with slow pump strokes and long arm
 // travel, so that nearly all of the run is waiting for the instruments to finish.
 #include <benchmark/benchmark.h>
-#include <sys/resource.h>
+
+#include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
+#include <filesystem>
 
+#include "bench/quiet_run.h"
 #include "core/autosampler/step_counts.h"
 #include "core/instruments/arm.h"
 #include "core/instruments/pump.h"
@@ -23,32 +27,8 @@
 namespace {
 
 using namespace zorvel;
-
-// A window nobody looks at.
-class QuietView final : public RunView {
- public:
-  void layOut(const RunLayout&) override {}
-  void showScreen(const RunScreen&) override {}
-  void clearStatus() override {}
-  void showStatus(const std::string&) override {}
-  void setCell(int, int, const std::string&) override {}
-  void setCellColour(int, int, int) override {}
-  void setMedianRow(const std::vector<std::string>&) override {}
-  void showRow(int) override {}
-  void clearSpectra() override {}
-  void setSpectraScale(double, double, double, double) override {}
-  void plotPoint(double, double, int) override {}
-  void setProgress(int) override {}
-  void clearComment() override {}
-  void closeWindow() override {}
-};
-
-double ProcessorS() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  const auto seconds = [](const timeval& t) { return t.tv_sec + t.tv_usec / 1e6; };
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
+using bench::ProcessorS;
+using bench::QuietView;
 
 void TrayMethod(AppState& app) {
   MethodSettings& m = app.Method;
@@ -91,6 +71,10 @@ void TrayMethod(AppState& app) {
 void BM_TrayRunWaitsOnThePumpAndTheArm(benchmark::State& state) {
   AppState app;
   TrayMethod(app);
+  // The tube's record is written where a run writes it: a data file of a set.
+  std::string folder = (std::filesystem::temp_directory_path() / "zorvel-tray-XXXXXX").string();
+  app.DataSet.FixPath = std::string(::mkdtemp(folder.data())) + "/TRAY.FIX";
+  app.DataSet.LogFilePath = folder + "/TRAY.LOG";
   RealClock clock;
   sim::Bench bench;
   sim::Sample sample;
@@ -125,6 +109,7 @@ void BM_TrayRunWaitsOnThePumpAndTheArm(benchmark::State& state) {
   state.counters["wall_s"] = wallS;
   state.counters["cpu_s"] = cpuS;
   state.counters["cpu_percent"] = 100.0 * cpuS / wallS;
+  std::filesystem::remove_all(folder);
 }
 BENCHMARK(BM_TrayRunWaitsOnThePumpAndTheArm)->Iterations(1)->Unit(benchmark::kSecond);
 
