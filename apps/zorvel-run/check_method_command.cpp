@@ -7,28 +7,11 @@
 #include "core/files/paths.h"
 #include "core/method/method_checks.h"
 #include "core/method/method_file.h"
+#include "core/platform/scripted_operator.h"
 
 namespace zorvel::headless {
 
 namespace {
-
-// Keeps the text of the boxes the method reader shows instead of showing them.
-class BoxCollector final : public Operator {
- public:
-  int messageBox(const MessageBoxRequest& box) override {
-    texts.push_back(box.text);
-    return answer::kOk;
-  }
-  std::string inputBox(const std::string&, const std::string&, const std::string&) override {
-    return {};
-  }
-  std::string fileDialog(const FileDialogRequest&) override { return {}; }
-  void beep() override {}
-  void setBusy(bool) override {}
-  void endProgram(int) override {}
-
-  std::vector<std::string> texts;
-};
 
 // A box's lines are separated by CR; on the console each is a line of its own.
 std::string consoleText(std::string text) {
@@ -55,9 +38,10 @@ int RunCheckMethodCommand(const Options& options, std::ostream& out) {
     return 2;
   }
   AppState state;
-  BoxCollector boxes;
+  // The boxes the method reader would show are kept and printed instead.
+  ScriptedOperator boxes;
   if (!ReadMethodFile(state, boxes, path)) {
-    for (const std::string& text : boxes.texts) out << consoleText(text) << "\n";
+    for (const MessageBoxRequest& box : boxes.messages()) out << consoleText(box.text) << "\n";
     return 2;
   }
   if (const auto problem = CheckMethodForRun(state.Method, options.firstNumber)) {
