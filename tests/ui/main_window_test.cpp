@@ -49,6 +49,10 @@ TEST(MainWindow, FirstStartMakesFoldersAsksForSetupAndExitLogs) {
   window.setInstruments(&lines);
   EXPECT_EQ(window.windowTitle(), "ZORVEL - SIMULATED fluorimeter");
   window.show();
+  // The whole window, its buttons at the foot included, fits a 1024 x 768 screen.
+  QTRY_VERIFY(window.isVisible());
+  EXPECT_LE(window.frameGeometry().width(), 1024);
+  EXPECT_LE(window.frameGeometry().height(), 700);
 
   // Reopening runs away from the window thread: the menus wait until it is done.
   testing::writeFile(dir + "DATA/BAD.FIX", "not a data file\r\n");

@@ -38,7 +38,6 @@ MainWindow::MainWindow(AppState& state, Operator& op, Clock& clock, Printer& pri
   setWindowTitle("ZORVEL");
   buildMenus();
   setCentralWidget(buildMethodForm());
-  resize(900, 700);
 }
 
 void MainWindow::buildMenus() {

@@ -36,10 +36,17 @@ QGroupBox* frame(MethodControl control, const QString& caption) {
 
 MethodForm::MethodForm(MethodEditor& editor, QWidget* parent) : QWidget(parent), editor_(editor) {
   setObjectName("MethodEditor");
-  auto* layout = new QHBoxLayout(this);
+  // Three columns over one row of the small choices, so the whole main window fits a
+  // 1024 x 768 screen.
+  auto* columns = new QHBoxLayout;
+  columns->addWidget(buildFieldsColumn(), 0, Qt::AlignTop);
+  columns->addWidget(buildScanColumn(), 0, Qt::AlignTop);
+  columns->addWidget(buildOptionsColumn(), 0, Qt::AlignTop);
+  auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(buildFieldsColumn());
-  layout->addWidget(buildOptionsColumn());
+  layout->addLayout(columns);
+  layout->addLayout(buildChoicesRow());
+  layout->addStretch();
 }
 
 QWidget* MethodForm::textBox(MethodControl box) {
@@ -53,7 +60,8 @@ QWidget* MethodForm::textBox(MethodControl box) {
 }
 
 QWidget* MethodForm::optionGroup(MethodControl group, const QString& caption,
-                                 const std::vector<std::pair<int, const char*>>& options) {
+                                 const std::vector<std::pair<int, const char*>>& options,
+                                 Qt::Orientation orientation) {
   const std::map<MethodControl, MethodControl> frames = {{C::ScanType, C::STFrame},
                                                          {C::Filter_grp, C::EFFrame},
                                                          {C::Voltage_grp, C::PMTFrame},
@@ -64,12 +72,13 @@ QWidget* MethodForm::optionGroup(MethodControl group, const QString& caption,
   auto* buttons = new QButtonGroup(this);
   buttons->setObjectName(name(group));
   groups_[group] = buttons;
-  auto* column = new QVBoxLayout(box);
+  QBoxLayout* line = orientation == Qt::Vertical ? static_cast<QBoxLayout*>(new QVBoxLayout(box))
+                                                 : new QHBoxLayout(box);
   for (const auto& [index, text] : options) {
     auto* option = new QRadioButton(text);
     option->setObjectName(name(group) + "_" + QString::number(index));
     buttons->addButton(option, index);
-    column->addWidget(option);
+    line->addWidget(option);
   }
   connect(buttons, &QButtonGroup::idClicked, this,
           [this, group](int index) { editor_.optionClicked(group, index); });
@@ -95,6 +104,7 @@ QWidget* MethodForm::button(MethodControl control, const char* caption) {
 QWidget* MethodForm::buildFieldsColumn() {
   auto* column = new QWidget;
   auto* form = new QFormLayout(column);
+  form->setContentsMargins(0, 0, 0, 0);
   form->addRow("Analyst:", textBox(C::Op_Box));
   form->addRow("Sample Id:", textBox(C::sampid_box));
   form->addRow("Amount of solvent:", textBox(C::AmtSolv_Box));
@@ -108,18 +118,24 @@ QWidget* MethodForm::buildFieldsColumn() {
   qxPanel_->setVisible(false);
   form->addRow(qxPanel_);
 
+  auto* speed = new QHBoxLayout;
+  speed->addWidget(textBox(C::ScnSpd_Box));
+  speed->addWidget(new QLabel("nm/min."));
+  form->addRow("Scan Speed:", speed);
+
   auto* readTimes = new QGroupBox("Read Time (.1-100 sec)");
   readTimes->setObjectName("RTFrame");
   auto* times = new QFormLayout(readTimes);
   times->addRow("Samples:", textBox(C::RdTime_Box));
   times->addRow("Pures:", textBox(C::RdTimePures_Box));
   form->addRow(readTimes);
+  return column;
+}
 
-  auto* speed = new QHBoxLayout;
-  speed->addWidget(textBox(C::ScnSpd_Box));
-  speed->addWidget(new QLabel("nm/min."));
-  form->addRow("Scan Speed:", speed);
-
+QWidget* MethodForm::buildScanColumn() {
+  auto* column = new QWidget;
+  auto* layout = new QVBoxLayout(column);
+  layout->setContentsMargins(0, 0, 0, 0);
   QGroupBox* synch = frame(C::Synch_Box, "Synchronous Scan");
   widgets_[C::Synch_Box] = synch;
   auto* scan = new QFormLayout(synch);
@@ -129,18 +145,16 @@ QWidget* MethodForm::buildFieldsColumn() {
   scan->addRow("Upper Limit (Ex):", textBox(C::ScanUL_Box));
   scan->addRow("Offset [Em-Ex]:", textBox(C::ScanOff_Box));
   scan->addRow("Data Interval:", textBox(C::ScanDInt_Box));
-  form->addRow(synch);
+  layout->addWidget(synch);
+  layout->addWidget(optionGroup(C::ScanType, "Scan Type",
+                                {{1, "Fixed Wavelength"}, {2, "Synchronous"}, {3, "Both"}}));
   return column;
 }
 
 QWidget* MethodForm::buildOptionsColumn() {
   auto* column = new QWidget;
   auto* layout = new QVBoxLayout(column);
-  layout->addWidget(optionGroup(C::ScanType, "Scan Type",
-                                {{1, "Fixed Wavelength"}, {2, "Synchronous"}, {3, "Both"}}));
-  QWidget* pmt = optionGroup(C::Voltage_grp, "PMT Voltage", {{1, "Default"}, {2, "Selected"}});
-  pmt->layout()->addWidget(textBox(C::PMTVoltage));
-  layout->addWidget(pmt);
+  layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(optionGroup(C::Filter_grp, "Emission Filter",
                                 {{1, "290 nm cutoff"},
                                  {2, "350 nm cutoff"},
@@ -149,23 +163,32 @@ QWidget* MethodForm::buildOptionsColumn() {
                                  {5, "530 nm cutoff"},
                                  {7, "None"},
                                  {8, "1% transmittance attenuator"}}));
-  layout->addWidget(
-      optionGroup(C::FileType, "File Format", {{1, "DOS/Windows"}, {2, "Macintosh"}}));
-  layout->addWidget(
-      optionGroup(C::Delivery, "Delivery Method", {{1, "Cuvette"}, {2, "AutoSampler"}}));
-  layout->addWidget(checkBox(C::Spillover_Box, "Generate Spillover Matrix"));
-  layout->addWidget(checkBox(C::UsePrn_Box, "Print Results"));
-  auto* buttons = new QHBoxLayout;
+  QWidget* pmt = optionGroup(C::Voltage_grp, "PMT Voltage", {{1, "Default"}, {2, "Selected"}});
+  pmt->layout()->addWidget(textBox(C::PMTVoltage));
+  layout->addWidget(pmt);
+  return column;
+}
+
+QLayout* MethodForm::buildChoicesRow() {
+  auto* row = new QHBoxLayout;
+  row->addWidget(optionGroup(C::FileType, "File Format", {{1, "DOS/Windows"}, {2, "Macintosh"}},
+                             Qt::Horizontal));
+  row->addWidget(optionGroup(C::Delivery, "Delivery Method", {{1, "Cuvette"}, {2, "AutoSampler"}},
+                             Qt::Horizontal));
+  auto* checks = new QVBoxLayout;
+  checks->addWidget(checkBox(C::Spillover_Box, "Generate Spillover Matrix"));
+  checks->addWidget(checkBox(C::UsePrn_Box, "Print Results"));
+  row->addLayout(checks);
+  auto* buttons = new QVBoxLayout;
   buttons->addWidget(button(C::Colors_Button, "&Edit Colors"));
   buttons->addWidget(button(C::ASSetup, "AS Setup"));
-  layout->addLayout(buttons);
-  layout->addStretch();
+  row->addLayout(buttons);
   connect(static_cast<QPushButton*>(widgets_[C::Colors_Button]), &QPushButton::clicked, this,
           [this] { editor_.editColours(); });
   connect(static_cast<QPushButton*>(widgets_[C::ASSetup]), &QPushButton::clicked, this,
           [this] { editor_.autosamplerSetup(); });
   widgets_[C::ASSetup]->setEnabled(false);
-  return column;
+  return row;
 }
 
 void MethodForm::attachWindowControls(QPushButton* save, QPushButton* ok, QLabel* methodFile,

@@ -6,6 +6,7 @@
 #include "core/method/method_editor.h"
 
 class QButtonGroup;
+class QLayout;
 class QLabel;
 class QPushButton;
 
@@ -44,11 +45,14 @@ class MethodForm final : public QWidget, public MethodEditorView {
  private:
   QWidget* textBox(MethodControl box);
   QWidget* optionGroup(MethodControl group, const QString& caption,
-                       const std::vector<std::pair<int, const char*>>& options);
+                       const std::vector<std::pair<int, const char*>>& options,
+                       Qt::Orientation orientation = Qt::Vertical);
   QWidget* checkBox(MethodControl box, const char* caption);
   QWidget* button(MethodControl control, const char* caption);
   QWidget* buildFieldsColumn();
+  QWidget* buildScanColumn();
   QWidget* buildOptionsColumn();
+  QLayout* buildChoicesRow();
   MethodControl controlOf(const QObject* widget) const;
 
   MethodEditor& editor_;
