@@ -166,6 +166,51 @@ class EmptySetGuard {
   const AppState& state_;
 };
 
+// The method read and checked before anything is created: the exit status when it is refused.
+std::optional<int> refuseMethod(Context& context, RunOperator& op) {
+  const Options& o = context.options;
+  if (!loadMethod(context, op)) {
+    context.out << "No run started.  The method " << o.methodPath << " cannot be read.\n";
+    return context.fail("the method " + o.methodPath + " cannot be read", 2);
+  }
+  // The checks "&Save As" makes before a run come first; a reopened set numbers on from its
+  // own records. Then nothing is created for a method the fluorimeter would refuse.
+  const int firstNumber = o.newDataPath.empty() ? 1 : o.firstNumber;
+  std::optional<std::string> problem = CheckMethodForRun(context.state.Method, firstNumber);
+  if (!problem) problem = InstrumentRangeProblem(context.state.Method);
+  if (!problem) return std::nullopt;
+  context.out << "No run started.  " << *problem << "\n";
+  return context.fail("the method " + o.methodPath + " is refused: " + *problem, 2);
+}
+
+// Answers the run's questions from the answer file until its window closes: the exit status
+// when the run has to end before that.
+std::optional<int> answerUntilClosed(Context& context, RunController& run, ConsoleRunView& view,
+                                     RunOperator& op, std::optional<TraySignals>& traySignals) {
+  const bool tray = traySignals.has_value();
+  while (!run.closed()) {
+    if (traySignals) traySignals->deliver(run);
+    if (traySignals && traySignals->terminated()) {
+      context.out << "Stopped on SIGTERM." << std::endl;
+      run.Form_Unload();
+      return kTerminatedExitCode;
+    }
+    if (context.op.ended()) return context.op.exitCode();
+    if (context.script.failed()) return context.fail(context.script.failure());
+    const std::optional<ScriptLine> next = context.script.next();
+    if (!next) {
+      return context.fail("the answer file ran out while the run waited for " +
+                          waitingFor(run, view, tray));
+    }
+    context.out << "> " << next->text << "\n";
+    if (!act(*next, run, view, op)) {
+      return context.fail("line " + std::to_string(next->lineNumber) + " \"" + next->text +
+                          "\" does not fit: the run waits for " + waitingFor(run, view, tray));
+    }
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 int RunAnalysisCommand(Context& context, LineSource& lines) {
@@ -174,21 +219,7 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
     return context.fail("give exactly one of --data NEW.fix and --append EXISTING.fix", 2);
   }
   RunOperator op(context.op, context.out);
-  if (!loadMethod(context, op)) {
-    context.out << "No run started.  The method " << o.methodPath << " cannot be read.\n";
-    return context.fail("the method " + o.methodPath + " cannot be read", 2);
-  }
-  // The checks "&Save As" makes before a run come first; a reopened set numbers on from its
-  // own records. Then nothing is created for a method the fluorimeter would refuse.
-  const int firstNumber = o.newDataPath.empty() ? 1 : o.firstNumber;
-  if (const auto problem = CheckMethodForRun(context.state.Method, firstNumber)) {
-    context.out << "No run started.  " << *problem << "\n";
-    return context.fail("the method " + o.methodPath + " is refused: " + *problem, 2);
-  }
-  if (const std::optional<std::string> problem = InstrumentRangeProblem(context.state.Method)) {
-    context.out << "No run started.  " << *problem << "\n";
-    return context.fail("the method " + o.methodPath + " is refused: " + *problem, 2);
-  }
+  if (const auto refused = refuseMethod(context, op)) return *refused;
   ConsoleAlertDialog alert(context.script, context.out);
   QualityChecks checks(context.state, context.clock, op, alert);
   std::unique_ptr<TrayInstruments> tray;
@@ -236,27 +267,7 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
     run.attachAutosampler(*tray->arm, *tray->pump, hooks);
   }
   run.Form_Load();
-  while (!run.closed()) {
-    if (traySignals) traySignals->deliver(run);
-    if (traySignals && traySignals->terminated()) {
-      context.out << "Stopped on SIGTERM." << std::endl;
-      run.Form_Unload();
-      return kTerminatedExitCode;
-    }
-    if (context.op.ended()) return context.op.exitCode();
-    if (context.script.failed()) return context.fail(context.script.failure());
-    const std::optional<ScriptLine> next = context.script.next();
-    if (!next) {
-      return context.fail("the answer file ran out while the run waited for " +
-                          waitingFor(run, view, tray != nullptr));
-    }
-    context.out << "> " << next->text << "\n";
-    if (!act(*next, run, view, op)) {
-      return context.fail("line " + std::to_string(next->lineNumber) + " \"" + next->text +
-                          "\" does not fit: the run waits for " +
-                          waitingFor(run, view, tray != nullptr));
-    }
-  }
+  if (const auto ended = answerUntilClosed(context, run, view, op, traySignals)) return *ended;
   run.Form_Unload();
   checks.attachGrid(nullptr);
   if (context.op.ended()) return context.op.exitCode();
