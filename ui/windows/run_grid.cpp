@@ -35,6 +35,7 @@ ResultsGrid::ResultsGrid(QWidget* parent) : QTableWidget(parent) {
 
 void ResultsGrid::setColumns(const std::vector<std::string>& heads) {
   clear();
+  shownRow_ = 0;
   setColumnCount(static_cast<int>(heads.size()) + 1);
   setRowCount(kInitialRows);
   QStringList labels{"Sample"};
@@ -65,10 +66,21 @@ void ResultsGrid::setCellColour(int row, int column, int paletteIndex) {
 void ResultsGrid::showRow(int row) {
   if (row < 1) return;
   ensureRow(row);
-  // The scroll range follows new rows only at the next layout pass: bring it up to date now,
-  // or the scroll stops short of the row just added.
+  shownRow_ = row;
+  scrollToShownRow();
+}
+
+void ResultsGrid::resizeEvent(QResizeEvent* event) {
+  QTableWidget::resizeEvent(event);
+  scrollToShownRow();
+}
+
+void ResultsGrid::scrollToShownRow() {
+  if (shownRow_ < 1 || shownRow_ - 1 >= rowCount()) return;
+  // The scroll range follows new rows and sizes only at the next layout pass: bring it up to
+  // date now, or the scroll stops short of the row.
   updateGeometries();
-  scrollToItem(cellAt(row, 0), QAbstractItemView::EnsureVisible);
+  scrollToItem(cellAt(shownRow_, 0), QAbstractItemView::EnsureVisible);
 }
 
 QString ResultsGrid::textAt(int row, int column) const {

@@ -20,7 +20,8 @@ class ResultsGrid final : public QTableWidget {
   void setRowLabel(int row, const std::string& label);
   void setCell(int row, int column, const std::string& text);
   void setCellColour(int row, int column, int paletteIndex);
-  // Adds rows up to this one when needed and scrolls it into view.
+  // Adds rows up to this one when needed and scrolls it into view; it stays in view when the
+  // grid is made smaller (the comment box shown below it, a window resized).
   void showRow(int row);
 
   // The text at a row of the run's numbering (row 0 gives the heads); empty when unset.
@@ -28,9 +29,15 @@ class ResultsGrid final : public QTableWidget {
   // Rows in the run's numbering, heads included.
   int runRows() const { return rowCount() + 1; }
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
   QTableWidgetItem* cellAt(int row, int column);
   void ensureRow(int row);
+  void scrollToShownRow();
+
+  int shownRow_ = 0;
 };
 
 }  // namespace zorvel::ui
