@@ -186,6 +186,8 @@ void CuvettePlan::rejectFixed() {
   if (answer == answer::kRetry) {
     rereadAs(CurrentSampleType());
   } else {
+    // The reading the comment was typed for is given up; the next cuvette starts without it.
+    engine_.clearComment();
     RepromptSample(true);
   }
 }
@@ -207,6 +209,8 @@ void CuvettePlan::fileFixedAsDatabase(SampleType kind) {
     rereadAs(SampleType::Sample);
     return;
   }
+  // The comment went into the control or blank record; the next reading starts without it.
+  engine_.clearComment();
   ShowChoices({});
   RepromptSample(false);
 }
@@ -272,6 +276,7 @@ void CuvettePlan::rejectSynch() {
   engine_.labelRow("NS");
   engine_.keepNumber(true);
   classified_.reset();
+  engine_.clearComment();
   hideDecision();
   RepromptSample(true);
 }

@@ -77,8 +77,11 @@ TEST(CuvetteRun, FixedReadingsFromSolventBlankThroughPuresToSamplesControlsAndBl
   run.controller->act(RunAction::Accept);
   EXPECT_FALSE(run.view.commentVisible);
 
-  // Rejected and cancelled: asked for again, and the next cuvette keeps the number.
+  // Rejected and cancelled: asked for again, and the next cuvette keeps the number. A comment
+  // belongs to the reading it was typed for: it goes with a cancelled reading, and with a
+  // control filed, rather than onto the next record.
   read(run, decide);
+  run.controller->Comment_Change("bubble");
   run.op.answerNext(answer::kCancel);
   run.controller->act(RunAction::Reject);
   EXPECT_EQ("NS", run.view.rowLabels[8]);
@@ -88,6 +91,7 @@ TEST(CuvetteRun, FixedReadingsFromSolventBlankThroughPuresToSamplesControlsAndBl
   run.controller->act(RunAction::Accept);
 
   read(run, decide);
+  run.controller->Comment_Change("smudged");
   run.controller->AcceptReject_KeyPress('c');
   EXPECT_EQ("Control", run.view.rowLabels[10]);
   EXPECT_EQ(std::string("Waiting For New Cuvette.|") + kReadOrQuit, run.view.prompt());
