@@ -71,6 +71,9 @@ class AutosamplerWindowTest : public ::testing::Test {
 TEST_F(AutosamplerWindowTest, ClickingThroughTheWindowDrivesTheArmAndThePump) {
   window->show();
   EXPECT_EQ(window->objectName(), "ASDILUTOR");
+  // The whole window fits a 1024 x 768 screen.
+  EXPECT_LE(window->frameGeometry().width(), 1024);
+  EXPECT_LE(window->frameGeometry().height(), 700);
   settle();
   // Opened over the starting tube, the boxes filled from the method.
   EXPECT_EQ(armModel.xMm(), 56.0f);

@@ -68,20 +68,26 @@ AutosamplerWindow::AutosamplerWindow(AppState& state, Operator& op, Clock& clock
     if (!presenter_.sequenceRunning()) presenter_.openTrayGeometryFile();
   });
 
+  // Three columns: the dilutor, the arm's positioning with the maintenance sequences, and the
+  // tray drawn over its settings, so that the window fits a 1024 x 768 screen.
   controls_ = new QWidget;
   auto* columns = new QHBoxLayout(controls_);
   columns->setContentsMargins(0, 0, 0, 0);
-  columns->addWidget(buildSettings());
-  auto* right = new QVBoxLayout;
-  right->addWidget(buildPositioning());
-  right->addWidget(buildChecks());
-  columns->addLayout(right);
+  columns->addWidget(buildDilutor(), 0, Qt::AlignTop);
+  auto* middle = new QVBoxLayout;
+  middle->addWidget(buildPositioning());
+  middle->addWidget(buildChecks());
+  middle->addStretch();
+  columns->addLayout(middle);
   picture_ = new TrayPicture(state.Tray, state.Method.Autosampler);
+  auto* right = new QVBoxLayout;
+  right->addWidget(picture_, 1);
+  right->addWidget(buildTray());
 
   auto* layout = new QHBoxLayout(this);
   layout->setMenuBar(menus);
   layout->addWidget(controls_);
-  layout->addWidget(picture_, 1);
+  layout->addLayout(right, 1);
   state_.Flags.AutosamplerWindowOpened = true;
 }
 
@@ -122,15 +128,16 @@ QWidget* AutosamplerWindow::optionGroup(AutosamplerGroup group, const char* name
   return frame;
 }
 
-QWidget* AutosamplerWindow::buildSettings() {
+void AutosamplerWindow::labelled(QGridLayout* grid, int row, AutosamplerField which) {
+  grid->addWidget(new QLabel(FieldLabel(which)), row, 0);
+  grid->addWidget(field(which), row, 1);
+}
+
+QWidget* AutosamplerWindow::buildDilutor() {
   auto* dilutor = new QGroupBox("Dilutor");
   dilutor->setObjectName("Dilutor_Frame");
   auto* grid = new QGridLayout(dilutor);
   int row = 0;
-  const auto labelled = [&](QGridLayout* g, int r, AutosamplerField f) {
-    g->addWidget(new QLabel(FieldLabel(f)), r, 0);
-    g->addWidget(field(f), r, 1);
-  };
   for (AutosamplerField f :
        {AutosamplerField::SampleVolume, AutosamplerField::BackFlow, AutosamplerField::AirVolume}) {
     labelled(grid, row++, f);
@@ -163,6 +170,10 @@ QWidget* AutosamplerWindow::buildSettings() {
                      1, 1);
   grid->addLayout(options, row++, 0, 1, 2);
 
+  return dilutor;
+}
+
+QWidget* AutosamplerWindow::buildTray() {
   auto* tray = new QGroupBox("Tray");
   tray->setObjectName("Tray_Frame");
   auto* t = new QGridLayout(tray);
@@ -187,19 +198,20 @@ QWidget* AutosamplerWindow::buildSettings() {
   connect(blankBox_, &QCheckBox::clicked, this,
           [this](bool on) { presenter_.checkBoxChanged(AutosamplerCheckBox::Blank, on); });
 
-  auto* column = new QWidget;
-  auto* layout = new QVBoxLayout(column);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(dilutor);
-  layout->addWidget(tray);
-  layout->addStretch();
-  return column;
+  return tray;
 }
 
 QWidget* AutosamplerWindow::buildPositioning() {
   auto* frame = new QGroupBox("Positioning");
   frame->setObjectName("Position_Frame");
   auto* grid = new QGridLayout(frame);
+  addArrowsAndPosition(grid);
+  addHeightAndTube(grid);
+  return frame;
+}
+
+// The four arrows, the X and Y boxes, and the step the arrows move by.
+void AutosamplerWindow::addArrowsAndPosition(QGridLayout* grid) {
   auto* arrows = new QGridLayout;
   const std::pair<QToolButton*, ArmArrow> moves[] = {
       {Arrow(Qt::UpArrow, "UpArrow"), ArmArrow::Up},
@@ -231,7 +243,11 @@ QWidget* AutosamplerWindow::buildPositioning() {
   }
   grid->addWidget(
       optionGroup(AutosamplerGroup::Increment, "Incr_grp", "Step", {{10, "10 mm"}, {1, "  1 mm"}}),
-      0, 3, 2, 1);
+      7, 0);
+}
+
+// The heights the probe is lowered to, the tube to go to, and the buttons that act on them.
+void AutosamplerWindow::addHeightAndTube(QGridLayout* grid) {
   grid->addWidget(optionGroup(AutosamplerGroup::Height, "Height_grp", "Height",
                               {{1, "Rinse"},
                                {2, "Standard"},
@@ -268,26 +284,26 @@ QWidget* AutosamplerWindow::buildPositioning() {
   connect(one, &QPushButton::clicked, this, [this] { runJob([this] { presenter_.one(); }); });
   connect(locate, &QPushButton::clicked, this, [this] { runJob([this] { presenter_.locate(); }); });
   connect(save, &QPushButton::clicked, this, [this] { presenter_.savePosition(); });
-  return frame;
 }
 
 QWidget* AutosamplerWindow::buildChecks() {
   auto* row = new QWidget;
-  auto* layout = new QHBoxLayout(row);
+  auto* layout = new QGridLayout(row);
   layout->setContentsMargins(0, 0, 0, 0);
   const std::pair<QPushButton*, SequenceEnd (AutosamplerPresenter::*)()> sequences[] = {
       {Button("&Prime Pump", "PrimePump"), &AutosamplerPresenter::primePump},
       {Button("Check &Rinse", "CheckRinse"), &AutosamplerPresenter::checkRinse},
       {Button("Check &Volumes", "CheckVol"), &AutosamplerPresenter::checkVolumes},
       {Button("Testing", "Testing"), &AutosamplerPresenter::testing}};
+  int place = 0;
   for (const auto& [button, run] : sequences) {
-    layout->addWidget(button);
+    layout->addWidget(button, place / 3, place % 3);
+    ++place;
     connect(button, &QPushButton::clicked, this,
             [this, run = run] { runJob([this, run] { (presenter_.*run)(); }); });
   }
-  layout->addStretch();
   QPushButton* done = Button("Done", "OKButton");
-  layout->addWidget(done);
+  layout->addWidget(done, 1, 2);
   connect(done, &QPushButton::clicked, this, [this] { finish(); });
   return row;
 }

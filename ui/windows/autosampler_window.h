@@ -6,7 +6,6 @@
 #include <memory>
 #include <vector>
 
-#include "core/state/app_state.h"
 #include "core/autosampler/autosampler_presenter.h"
 #include "core/autosampler/autosampler_view.h"
 #include "core/instruments/arm.h"
@@ -14,10 +13,12 @@
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/serial_line.h"
+#include "core/state/app_state.h"
 #include "ui/platform/instrument_worker.h"
 
 class QButtonGroup;
 class QCheckBox;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QWidget;
@@ -63,8 +64,12 @@ class AutosamplerWindow final : public QDialog, public AutosamplerView {
   void showEvent(QShowEvent* event) override;
 
  private:
-  QWidget* buildSettings();
+  void labelled(QGridLayout* grid, int row, AutosamplerField which);
+  QWidget* buildDilutor();
+  QWidget* buildTray();
   QWidget* buildPositioning();
+  void addArrowsAndPosition(QGridLayout* grid);
+  void addHeightAndTube(QGridLayout* grid);
   QWidget* buildChecks();
   QLineEdit* field(AutosamplerField which);
   QWidget* optionGroup(AutosamplerGroup group, const char* name, const char* caption,

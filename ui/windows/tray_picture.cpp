@@ -16,7 +16,7 @@ TrayPicture::TrayPicture(const TrayGeometry& tray, const AutosamplerSettings& se
                          QWidget* parent)
     : QWidget(parent), tray_(tray), settings_(settings) {
   setObjectName("TrayPix");
-  setMinimumSize(300, 190);
+  setMinimumSize(260, 160);
 }
 
 void TrayPicture::setArmPosition(float xMm, float yMm) {
