@@ -91,8 +91,16 @@ TEST(MethodEditorWindow, NewMethodTypedWithTwentyColoursSavedAndReadOnTheBench) 
   lines.rig().fluorimeter().setTiming(sim::FluorimeterSim::InstantTiming());
   window.setInstruments(&lines);
   window.show();
+  // With no method open a field's caption looks as disabled as the field.
+  QLabel* analyst = nullptr;
+  for (QLabel* label : window.findChildren<QLabel*>()) {
+    if (label->text() == "Analyst:") analyst = label;
+  }
+  ASSERT_NE(analyst, nullptr);
+  EXPECT_FALSE(analyst->isEnabled());
 
   window.action(MainMenu::NewMethodFile)->trigger();
+  EXPECT_TRUE(analyst->isEnabled());
   QWidget* form = window.findChild<QWidget*>("METHODFORM");
   EXPECT_EQ(child<QLineEdit>(form, "nColors_Box")->text(), "1");
   EXPECT_FALSE(child<QPushButton>(form, "ASSetup")->isVisible());

@@ -59,6 +59,16 @@ QWidget* MethodForm::textBox(MethodControl box) {
   return edit;
 }
 
+QLabel* MethodForm::caption(MethodControl box, const char* text) {
+  auto* label = new QLabel(text);
+  captions_[box].push_back(label);
+  return label;
+}
+
+void MethodForm::addField(QFormLayout* form, const char* text, MethodControl box) {
+  form->addRow(caption(box, text), textBox(box));
+}
+
 QWidget* MethodForm::optionGroup(MethodControl group, const QString& caption,
                                  const std::vector<std::pair<int, const char*>>& options,
                                  Qt::Orientation orientation) {
@@ -105,29 +115,29 @@ QWidget* MethodForm::buildFieldsColumn() {
   auto* column = new QWidget;
   auto* form = new QFormLayout(column);
   form->setContentsMargins(0, 0, 0, 0);
-  form->addRow("Analyst:", textBox(C::Op_Box));
-  form->addRow("Sample Id:", textBox(C::sampid_box));
-  form->addRow("Amount of solvent:", textBox(C::AmtSolv_Box));
-  form->addRow("Starting Number:", textBox(C::swell_box));
-  form->addRow("# Colors:", textBox(C::nColors_Box));
+  addField(form, "Analyst:", C::Op_Box);
+  addField(form, "Sample Id:", C::sampid_box);
+  addField(form, "Amount of solvent:", C::AmtSolv_Box);
+  addField(form, "Starting Number:", C::swell_box);
+  addField(form, "# Colors:", C::nColors_Box);
   qxPanel_ = new QWidget;
   qxPanel_->setObjectName("QXOnly1");
   auto* qx = new QFormLayout(qxPanel_);
   qx->setContentsMargins(0, 0, 0, 0);
-  qx->addRow("Number of Reps:", textBox(C::NumReps_Box));
+  addField(qx, "Number of Reps:", C::NumReps_Box);
   qxPanel_->setVisible(false);
   form->addRow(qxPanel_);
 
   auto* speed = new QHBoxLayout;
   speed->addWidget(textBox(C::ScnSpd_Box));
-  speed->addWidget(new QLabel("nm/min."));
-  form->addRow("Scan Speed:", speed);
+  speed->addWidget(caption(C::ScnSpd_Box, "nm/min."));
+  form->addRow(caption(C::ScnSpd_Box, "Scan Speed:"), speed);
 
   auto* readTimes = new QGroupBox("Read Time (.1-100 sec)");
   readTimes->setObjectName("RTFrame");
   auto* times = new QFormLayout(readTimes);
-  times->addRow("Samples:", textBox(C::RdTime_Box));
-  times->addRow("Pures:", textBox(C::RdTimePures_Box));
+  addField(times, "Samples:", C::RdTime_Box);
+  addField(times, "Pures:", C::RdTimePures_Box);
   form->addRow(readTimes);
   return column;
 }
@@ -139,12 +149,12 @@ QWidget* MethodForm::buildScanColumn() {
   QGroupBox* synch = frame(C::Synch_Box, "Synchronous Scan");
   widgets_[C::Synch_Box] = synch;
   auto* scan = new QFormLayout(synch);
-  scan->addRow("Excitation (2.5-15):", textBox(C::ExSlSync_Box));
-  scan->addRow("Emission (2.5-20):", textBox(C::EmSlSync_Box));
-  scan->addRow("Lower Limit (Ex):", textBox(C::ScanLL_Box));
-  scan->addRow("Upper Limit (Ex):", textBox(C::ScanUL_Box));
-  scan->addRow("Offset [Em-Ex]:", textBox(C::ScanOff_Box));
-  scan->addRow("Data Interval:", textBox(C::ScanDInt_Box));
+  addField(scan, "Excitation (2.5-15):", C::ExSlSync_Box);
+  addField(scan, "Emission (2.5-20):", C::EmSlSync_Box);
+  addField(scan, "Lower Limit (Ex):", C::ScanLL_Box);
+  addField(scan, "Upper Limit (Ex):", C::ScanUL_Box);
+  addField(scan, "Offset [Em-Ex]:", C::ScanOff_Box);
+  addField(scan, "Data Interval:", C::ScanDInt_Box);
   layout->addWidget(synch);
   layout->addWidget(optionGroup(C::ScanType, "Scan Type",
                                 {{1, "Fixed Wavelength"}, {2, "Synchronous"}, {3, "Both"}}));
@@ -272,6 +282,8 @@ void MethodForm::setControlVisible(MethodControl control, bool visible) {
 
 void MethodForm::setControlEnabled(MethodControl control, bool enabled) {
   if (QWidget* w = widgets_[control]) w->setEnabled(enabled);
+  // A box's captions look as it does, so a disabled field does not look editable.
+  for (QLabel* label : captions_[control]) label->setEnabled(enabled);
 }
 
 void MethodForm::focus(MethodControl control) {

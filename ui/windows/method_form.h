@@ -2,10 +2,12 @@
 
 #include <QWidget>
 #include <map>
+#include <vector>
 
 #include "core/method/method_editor.h"
 
 class QButtonGroup;
+class QFormLayout;
 class QLayout;
 class QLabel;
 class QPushButton;
@@ -44,6 +46,8 @@ class MethodForm final : public QWidget, public MethodEditorView {
 
  private:
   QWidget* textBox(MethodControl box);
+  QLabel* caption(MethodControl box, const char* text);
+  void addField(QFormLayout* form, const char* text, MethodControl box);
   QWidget* optionGroup(MethodControl group, const QString& caption,
                        const std::vector<std::pair<int, const char*>>& options,
                        Qt::Orientation orientation = Qt::Vertical);
@@ -58,6 +62,7 @@ class MethodForm final : public QWidget, public MethodEditorView {
   MethodEditor& editor_;
   std::map<MethodControl, QWidget*> widgets_;
   std::map<MethodControl, QButtonGroup*> groups_;
+  std::map<MethodControl, std::vector<QLabel*>> captions_;
   QWidget* qxPanel_ = nullptr;
   QLabel* methodFile_ = nullptr;
   QLabel* trayCaption_ = nullptr;
