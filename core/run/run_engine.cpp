@@ -194,9 +194,11 @@ void RunEngine::ResetSamp_Click() {
   if (!screen_.resetEnabled || (now != RunState::AwaitingInit && now != RunState::AwaitingRead)) {
     return;
   }
+  // The box offers the number the next reading would get anyway, so that OK on it changes
+  // nothing: offering the current number would file the next reading under it a second time.
   const std::string answer = op_.inputBox(
       "Current sample number is " + number(SampleNumber) + ".  Please enter new sample number.",
-      "Sample Number Reset", number(SampleNumber));
+      "Sample Number Reset", number(NextSampleNumber(SampleType::Sample)));
   if (answer.empty()) return;
   const auto value = text::parseNumber(answer);
   if (!value) return;

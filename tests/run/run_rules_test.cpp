@@ -80,12 +80,20 @@ TEST(CuvetteRun, ResetNumberAppliesToTheNextReading) {
   run.controller->press(RunButton::InitRead);
   EXPECT_EQ("100", run.view.rowLabels[2]);
   run.controller->act(RunAction::Accept);
+  // OK on the number the box offers keeps the numbering: the next reading is 101, not 100
+  // again.
+  run.controller->ResetSamp_Click();
+  EXPECT_EQ("Current sample number is 100.  Please enter new sample number.",
+            run.op.shown.back().box.text);
+  run.controller->press(RunButton::InitRead);
+  EXPECT_EQ("101", run.view.rowLabels[3]);
+  run.controller->act(RunAction::Accept);
   run.op.typeNext("7");
   run.controller->ResetSamp_Click();
   run.op.typeNext("");  // cancelled: nothing changes
   run.controller->ResetSamp_Click();
   run.controller->press(RunButton::InitRead);
-  EXPECT_EQ("7", run.view.rowLabels[3]);
+  EXPECT_EQ("7", run.view.rowLabels[4]);
 }
 
 TEST(CuvetteRun, KeysOutsideTheChoicesOnOfferBeepAndDoNothing) {
