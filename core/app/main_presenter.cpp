@@ -82,12 +82,13 @@ void MainPresenter::cancelMethod() {
   forgetReopenedSet();
 }
 
-// A reopened set's numbers belong to it alone: once the method is cancelled or another is
-// loaded, a new set starts again at 1.
+// A reopened set's numbers and its control medians belong to it alone: once the method is
+// cancelled or another is loaded, a new set starts again at 1 and no medians are shown.
 void MainPresenter::forgetReopenedSet() {
   methodEditor_.state().FirstSampleNumber = 1;
   editor_.lastSampleNumber = 0;
   editor_.samplesPresent = false;
+  view_.showMedians({});
 }
 
 void MainPresenter::endWork() {

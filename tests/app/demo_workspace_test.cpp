@@ -146,6 +146,9 @@ TEST(DemoWorkspace, AClosedRunLeavesNoSetLoadedAndShowsTheMediansAndTrend) {
   EXPECT_EQ(view.medians, (std::vector<std::string>{"11.5", "11.5"}));
   EXPECT_TRUE(view.menus[MainMenu::ShowExistingControls]);
   EXPECT_TRUE(view.menus[MainMenu::EditMethodFile]);
+  // The medians belong to the set: cancelling it leaves none on show.
+  presenter.cancelMethod();
+  EXPECT_TRUE(view.medians.empty());
 }
 
 }  // namespace
