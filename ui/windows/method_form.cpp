@@ -241,8 +241,10 @@ bool MethodForm::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MethodForm::showText(MethodControl box, const std::string& t) {
-  if (auto* edit = qobject_cast<QLineEdit*>(widgets_[box]))
+  if (auto* edit = qobject_cast<QLineEdit*>(widgets_[box])) {
     edit->setText(QString::fromLatin1(t.data(), static_cast<int>(t.size())));
+    edit->setCursorPosition(0);  // a long text shown from its start, not from its end
+  }
 }
 
 std::string MethodForm::text(MethodControl box) const {
