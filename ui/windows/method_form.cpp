@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "ui/windows/colour_window.h"
 
@@ -132,6 +133,16 @@ QWidget* MethodForm::buildFieldsColumn() {
   speed->addWidget(textBox(C::ScnSpd_Box));
   speed->addWidget(caption(C::ScnSpd_Box, "nm/min."));
   form->addRow(caption(C::ScnSpd_Box, "Scan Speed:"), speed);
+  // The hidden panel's caption column is as wide as the form's, so that its box lines up with
+  // the others when it is shown.
+  std::vector<QLabel*> rowCaptions;
+  for (C box :
+       {C::Op_Box, C::sampid_box, C::AmtSolv_Box, C::swell_box, C::nColors_Box, C::NumReps_Box})
+    rowCaptions.push_back(captions_[box].front());
+  rowCaptions.push_back(captions_[C::ScnSpd_Box].back());
+  int widest = 0;
+  for (QLabel* label : rowCaptions) widest = std::max(widest, label->sizeHint().width());
+  for (QLabel* label : rowCaptions) label->setMinimumWidth(widest);
 
   auto* readTimes = new QGroupBox("Read Time (.1-100 sec)");
   readTimes->setObjectName("RTFrame");
