@@ -19,19 +19,6 @@ std::string upper(std::string text) {
   return text;
 }
 
-// The name of an existing subdirectory whose upper-cased name matches, or empty.
-std::string existingSubdirectory(const std::string& base, const std::string& upperName) {
-  std::error_code ec;
-  for (fs::directory_iterator it(base.empty() ? "." : base, ec), end; !ec && it != end;
-       it.increment(ec)) {
-    std::error_code typeError;
-    if (!it->is_directory(typeError)) continue;
-    const std::string name = it->path().filename().string();
-    if (upper(name) == upperName) return name;
-  }
-  return {};
-}
-
 bool makeDirectory(const std::string& path, Operator& op) {
   std::error_code ec;
   fs::create_directories(path, ec);
@@ -43,17 +30,39 @@ bool makeDirectory(const std::string& path, Operator& op) {
 
 }  // namespace
 
-std::string SubdirectoryPath(const std::string& base, const std::string& upperName) {
-  const std::string found = existingSubdirectory(base, upperName);
-  return JoinPath(base, found.empty() ? upperName : found);
+Subdirectories FindSubdirectories(const std::string& base) {
+  Subdirectories found;
+  std::error_code ec;
+  for (fs::directory_iterator it(base.empty() ? "." : base, ec), end; !ec && it != end;
+       it.increment(ec)) {
+    std::error_code typeError;
+    if (!it->is_directory(typeError)) continue;
+    const std::string name = it->path().filename().string();
+    const std::string upperName = upper(name);
+    if (upperName == "DATA" && !found.dataExists) {
+      found.dataPath = JoinPath(base, name);
+      found.dataExists = true;
+    } else if (upperName == "METHODS" && !found.methodsExists) {
+      found.methodsPath = JoinPath(base, name);
+      found.methodsExists = true;
+    }
+  }
+  if (!found.dataExists) found.dataPath = JoinPath(base, "DATA");
+  if (!found.methodsExists) found.methodsPath = JoinPath(base, "METHODS");
+  return found;
+}
+
+void SetSubdirectoryPaths(AppState& state, const Subdirectories& found) {
+  state.DataDirectory = found.dataPath;
+  state.MethodsDirectory = found.methodsPath;
 }
 
 bool CheckDirectoryStructure(AppState& state, Operator& op) {
   state.BaseDirectoryPath = state.StartDirectory;
-  const bool hasData = !existingSubdirectory(state.BaseDirectoryPath, "DATA").empty();
-  const bool hasMethods = !existingSubdirectory(state.BaseDirectoryPath, "METHODS").empty();
-  state.DataDirectory = SubdirectoryPath(state.BaseDirectoryPath, "DATA");
-  state.MethodsDirectory = SubdirectoryPath(state.BaseDirectoryPath, "METHODS");
+  const Subdirectories found = FindSubdirectories(state.BaseDirectoryPath);
+  SetSubdirectoryPaths(state, found);
+  const bool hasData = found.dataExists;
+  const bool hasMethods = found.methodsExists;
   if (hasData && hasMethods) return true;
 
   std::string question;
@@ -72,8 +81,7 @@ bool CheckDirectoryStructure(AppState& state, Operator& op) {
 }
 
 bool EnsureDataAndMethods(AppState& state, Operator& op) {
-  state.DataDirectory = SubdirectoryPath(state.BaseDirectoryPath, "DATA");
-  state.MethodsDirectory = SubdirectoryPath(state.BaseDirectoryPath, "METHODS");
+  SetSubdirectoryPaths(state, FindSubdirectories(state.BaseDirectoryPath));
   const bool data = fs::is_directory(state.DataDirectory) || makeDirectory(state.DataDirectory, op);
   const bool methods =
       fs::is_directory(state.MethodsDirectory) || makeDirectory(state.MethodsDirectory, op);

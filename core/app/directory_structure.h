@@ -7,10 +7,19 @@
 
 namespace zorvel {
 
-// The path of a base directory's DATA or METHODS subdirectory. Names are compared without
-// regard to case, as the lab's folders may have been made by hand as "data"; the folder that
-// exists is used as it is spelt, and "DATA" when none exists yet.
-std::string SubdirectoryPath(const std::string& base, const std::string& upperName);
+// A base directory's DATA and METHODS subdirectories, found in one listing of it. Names are
+// compared without regard to case, as the lab's folders may have been made by hand as "data";
+// a folder that exists is used as it is spelt, and "DATA" or "METHODS" when none exists yet.
+struct Subdirectories {
+  std::string dataPath;
+  std::string methodsPath;
+  bool dataExists = false;
+  bool methodsExists = false;
+};
+Subdirectories FindSubdirectories(const std::string& base);
+
+// DataDirectory and MethodsDirectory under the state's BaseDirectoryPath.
+void SetSubdirectoryPaths(AppState& state, const Subdirectories& found);
 
 // Start-up's check of the base directory: asks to create a missing DATA or METHODS
 // subdirectory. False when the operator answered No (the program then ends) or a folder could

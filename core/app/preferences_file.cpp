@@ -44,8 +44,7 @@ std::string PreferencesFileText(const Preferences& prefs) {
 
 void SetDirectoriesFromBase(AppState& state) {
   state.BaseDirectoryPath = state.Prefs.BaseDirectoryPath;
-  state.DataDirectory = SubdirectoryPath(state.BaseDirectoryPath, "DATA");
-  state.MethodsDirectory = SubdirectoryPath(state.BaseDirectoryPath, "METHODS");
+  SetSubdirectoryPaths(state, FindSubdirectories(state.BaseDirectoryPath));
 }
 
 bool LoadPlateFile(AppState& state, Operator& op, const std::string& path) {

@@ -1,5 +1,7 @@
 #include "core/app/preferences_file.h"
 
+#include <filesystem>
+
 #include <gtest/gtest.h>
 
 #include "core/platform/scripted_operator.h"
@@ -63,6 +65,14 @@ TEST(PreferencesFile, DirectoriesFollowTheBase) {
   SetDirectoriesFromBase(state);
   EXPECT_EQ(state.DataDirectory, "/nonexistent/lab/DATA");
   EXPECT_EQ(state.MethodsDirectory, "/nonexistent/lab/METHODS");
+  // Folders made by hand are used as they are spelt.
+  const std::string lab = testing::makeTempDir("prefs-base");
+  std::filesystem::create_directories(lab + "data");
+  std::filesystem::create_directories(lab + "Methods");
+  state.Prefs.BaseDirectoryPath = lab;
+  SetDirectoriesFromBase(state);
+  EXPECT_EQ(state.DataDirectory, lab + "data");
+  EXPECT_EQ(state.MethodsDirectory, lab + "Methods");
 }
 
 TEST(PreferencesFile, WriteReplacesTheWholeFile) {
