@@ -218,7 +218,10 @@ TEST(RunWindow, ScanIsPlottedAndFittedToItsMaximum) {
   EXPECT_TRUE(run.find<QGroupBox>("SyncFrame")->isVisible());
   EXPECT_EQ(run.find<QAction>("MenuFilename")->text(), "LIVER.SYN");
   run.clickAndWait("OK_1", "OK_Frame");
+  const QRect plotPlace = run.find<QGroupBox>("SyncFrame")->geometry();
   run.clickAndWait("OK_1", "AR_Frame");
+  // The choices appear without moving or resizing what the operator is looking at.
+  EXPECT_EQ(run.find<QGroupBox>("SyncFrame")->geometry(), plotPlace);
 
   ui::SpectraPlot* plot = run.window->spectra();
   EXPECT_EQ(plot->pointCount(), 26);  // 400..425 nm, one point a nanometre

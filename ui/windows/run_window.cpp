@@ -67,6 +67,7 @@ RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
   bottom->addWidget(buildDecisionFrame(), 1);
   bottom->addWidget(buildOkFrame());
   layout->addLayout(bottom);
+  keepPlacesWhenHidden();
   resize(820, 640);
 
   relay_ = std::make_unique<RunViewRelay>(*this, *this);
@@ -211,6 +212,19 @@ QGroupBox* RunWindow::buildDecisionFrame() {
   commentLabel_->setVisible(false);
   commentBox_->setVisible(false);
   return arFrame_;
+}
+
+void RunWindow::keepPlacesWhenHidden() {
+  // The choices, the comment box and the read buttons keep their places while hidden: nothing
+  // moves under the operator's pointer from one prompt to the next, and the grid keeps its
+  // height, so the reading waiting for a decision stays where it was seen.
+  std::vector<QWidget*> kept{arFrame_, commentLabel_, commentBox_, okFrame_};
+  kept.insert(kept.end(), acceptReject_.begin(), acceptReject_.end());
+  for (QWidget* widget : kept) {
+    QSizePolicy policy = widget->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    widget->setSizePolicy(policy);
+  }
 }
 
 QGroupBox* RunWindow::buildOkFrame() {

@@ -100,6 +100,7 @@ class RunWindow final : public QWidget, public RunView {
   QGroupBox* buildScanFrame();
   QGroupBox* buildDecisionFrame();
   QGroupBox* buildOkFrame();
+  void keepPlacesWhenHidden();
   void buildMenus();
   void connectControls();
 
