@@ -53,6 +53,10 @@ TEST(MainWindow, FirstStartMakesFoldersAsksForSetupAndExitLogs) {
   QTRY_VERIFY(window.isVisible());
   EXPECT_LE(window.frameGeometry().width(), 1024);
   EXPECT_LE(window.frameGeometry().height(), 700);
+  window.showMedians(std::vector<std::string>(30, "12345.6"));
+  QCoreApplication::processEvents();
+  EXPECT_LE(window.frameGeometry().width(), 1024);
+  window.showMedians({});
 
   // Reopening runs away from the window thread: the menus wait until it is done.
   testing::writeFile(dir + "DATA/BAD.FIX", "not a data file\r\n");

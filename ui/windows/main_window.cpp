@@ -118,6 +118,7 @@ QWidget* MainWindow::buildMethodForm() {
   files->addWidget(trayLabel_, 2, 1);
   medians_ = new QLabel;
   medians_->setObjectName("Medians_Label");
+  medians_->setWordWrap(true);  // thirty colours' medians wrap rather than widen the window
   files->addWidget(new QLabel("Control Medians:"), 3, 0);
   files->addWidget(medians_, 3, 1);
   files->setColumnStretch(1, 1);
