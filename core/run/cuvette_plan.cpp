@@ -38,7 +38,7 @@ std::vector<std::string> CuvettePlan::readyPrompt() const {
     return {prompt::Databases(engine_.checks().ControlCount(), engine_.checks().BlankCount())};
   }
   if (PuresPending) return {"Sample needed: Pure solvent blank."};
-  return {"Sample needed: Sample " + number(engine_.NextSampleNumber(SampleType::Sample))};
+  return {"Sample needed: Sample " + number(engine_.numbering().next(SampleType::Sample))};
 }
 
 void CuvettePlan::instrumentReady() {
@@ -66,13 +66,13 @@ void CuvettePlan::read() {
   if (BuildingDatabases) {
     ok = ReadSample(SampleType::Blank);
     BlankPending = false;
-    engine_.keepNumber(true);
+    engine_.numbering().keep(true);
     if (databasesFull()) BuildingDatabases = false;
   } else if (PuresPending && !BlankPending) {
     ok = ReadSample(SampleType::Pure);
   } else if (PuresPending && BlankPending) {
     ok = ReadSample(SampleType::Blank);
-    engine_.keepNumber(true);
+    engine_.numbering().keep(true);
   } else {
     ok = ReadSample(SampleType::Sample);
   }
@@ -84,7 +84,7 @@ void CuvettePlan::readingEnded(bool ok) {
   // The link is gone: nothing was filed for this cuvette, so the same item is asked for again
   // under the same number once the operator has seen to the instrument.
   hideDecision();
-  engine_.keepNumber(!engine_.firstRead());
+  engine_.numbering().keep(!engine_.numbering().firstRead());
   RepromptSample(true);
 }
 
@@ -95,14 +95,15 @@ bool CuvettePlan::ReadSample(SampleType type) {
     const bool ok = method_.Fixed ? readFixedReplicate(r == repetitions) : scanStage(type);
     if (!ok) return false;
   }
-  engine_.readingCounted();
+  engine_.numbering().counted();
   return true;
 }
 
 bool CuvettePlan::readFixedReplicate(bool lastReplicate) {
   if (!engine_.readFixedRow(readTime())) return false;
   if (purePhase()) {
-    engine_.labelRow(BlankPending ? "Blank" : number(engine_.sampleNumber()) + "P");
+    engine_.display().labelRow(BlankPending ? "Blank"
+                                            : number(engine_.numbering().current()) + "P");
   }
   if (!lastReplicate) {
     engine_.writer().WriteFixedRecord(SampleType::Sample, record_letter::kReplicate,
@@ -119,7 +120,7 @@ bool CuvettePlan::scanStage(SampleType type) {
   if (!BuildingDatabases) {
     scanning = "Scanning:  " + SampleTypeName(type);
     if (type == SampleType::Sample || type == SampleType::Pure || type == SampleType::Blank) {
-      scanning += " " + number(engine_.sampleNumber());
+      scanning += " " + number(engine_.numbering().current());
     }
   }
   if (!engine_.scan(scanning)) return false;
@@ -180,9 +181,9 @@ void CuvettePlan::fixedDecision(RunAction decision) {
 void CuvettePlan::rejectFixed() {
   const int answer = engine_.op().message(prompt::kRejectFixed, prompt::kQuestionTitle,
                                           BoxIcon::Question, BoxButtons::RetryCancel);
-  engine_.labelRow("NS");
+  engine_.display().labelRow("NS");
   hideDecision();
-  engine_.keepNumber(true);
+  engine_.numbering().keep(true);
   if (answer == answer::kRetry) {
     rereadAs(CurrentSampleType());
   } else {
@@ -193,10 +194,10 @@ void CuvettePlan::rejectFixed() {
 }
 
 void CuvettePlan::fileFixedAsDatabase(SampleType kind) {
-  engine_.labelRow(SampleTypeName(kind));
+  engine_.display().labelRow(SampleTypeName(kind));
   if (method_.Synch) {
     classified_ = kind;
-    engine_.keepNumber(true);
+    engine_.numbering().keep(true);
     ShowChoices({});
     engine_.machine().fire(RunEvent::Reread);
     readingEnded(scanStage(kind));
@@ -204,7 +205,7 @@ void CuvettePlan::fileFixedAsDatabase(SampleType kind) {
   }
   const Verdict verdict =
       engine_.writer().WriteFixedRecord(kind, letterOf(kind), engine_.content(), true);
-  engine_.keepNumber(true);
+  engine_.numbering().keep(true);
   if (verdict == Verdict::ReadAgain) {
     rereadAs(SampleType::Sample);
     return;
@@ -241,7 +242,7 @@ void CuvettePlan::acceptClassifiedScan() {
   FinishSample(false);
   classified_.reset();
   if (verdict == Verdict::ReadAgain) {
-    engine_.keepNumber(true);
+    engine_.numbering().keep(true);
     rereadAs(SampleType::Sample);
   }
 }
@@ -251,7 +252,7 @@ void CuvettePlan::classifyScanOnly(SampleType kind) {
     const Verdict verdict =
         engine_.writer().WriteFixedRecord(kind, letterOf(kind), engine_.content(), true);
     if (verdict == Verdict::ReadAgain) {
-      engine_.keepNumber(true);
+      engine_.numbering().keep(true);
       rereadAs(SampleType::Sample);
       return;
     }
@@ -259,7 +260,7 @@ void CuvettePlan::classifyScanOnly(SampleType kind) {
   engine_.writer().WriteSynchRecord(kind, letterOf(kind), engine_.content(), true);
   FinishSample(false);
   if (PureIndex == method_.NoPures) PuresPending = false;
-  engine_.keepNumber(true);
+  engine_.numbering().keep(true);
 }
 
 void CuvettePlan::rejectSynch() {
@@ -273,8 +274,8 @@ void CuvettePlan::rejectSynch() {
     readingEnded(scanStage(CurrentSampleType()));
     return;
   }
-  engine_.labelRow("NS");
-  engine_.keepNumber(true);
+  engine_.display().labelRow("NS");
+  engine_.numbering().keep(true);
   classified_.reset();
   engine_.clearComment();
   hideDecision();
@@ -283,8 +284,8 @@ void CuvettePlan::rejectSynch() {
 
 void CuvettePlan::rereadAs(SampleType type) {
   engine_.machine().fire(RunEvent::Reread);
-  engine_.screen().okVisible = false;
-  engine_.show();
+  engine_.display().screen().okVisible = false;
+  engine_.display().show();
   readingEnded(ReadSample(type));
 }
 
@@ -299,7 +300,7 @@ void CuvettePlan::FinishSample(bool accepted) {
         method_.Fixed ? engine_.writer().WriteFixedRecord(type, letter, engine_.content(), false)
                       : Verdict::Keep;
     if (verdict == Verdict::ReadAgain) {
-      engine_.stepNumberBack();
+      engine_.numbering().stepBack();
       rereadAs(type);
       return;
     }
@@ -319,17 +320,17 @@ void CuvettePlan::FinishSample(bool accepted) {
   engine_.clearComment();
   hideDecision();
   showReadButton();
-  engine_.setResetEnabled(true);
+  engine_.display().setResetEnabled(true);
   view_.clearStatus();
   endBuildingWhenFull();
   promptNextItem(true);
-  engine_.screen().focus = RunButton::InitRead;
-  engine_.show();
+  engine_.display().screen().focus = RunButton::InitRead;
+  engine_.display().show();
 }
 
 void CuvettePlan::readingNotRecorded() {
-  engine_.labelRow("NS");
-  engine_.keepNumber(true);
+  engine_.display().labelRow("NS");
+  engine_.numbering().keep(true);
   hideDecision();
   RepromptSample(true);
 }
@@ -343,8 +344,8 @@ void CuvettePlan::RepromptSample(bool /*aborted*/) {
     PureIndex = 1;
   }
   promptNextItem(false);
-  engine_.screen().focus = RunButton::InitRead;
-  engine_.show();
+  engine_.display().screen().focus = RunButton::InitRead;
+  engine_.display().show();
 }
 
 bool CuvettePlan::databasesFull() const {
@@ -363,9 +364,9 @@ void CuvettePlan::endPuresWhenDone() {
   puresFinished_ = false;
   PuresPending = false;
   BlankPending = false;
-  engine_.restartNumbering();
+  engine_.numbering().restart();
   PureIndex = 0;
-  engine_.setResetEnabled(true);
+  engine_.display().setResetEnabled(true);
 }
 
 void CuvettePlan::promptNextItem(bool advancePures) {
@@ -411,25 +412,25 @@ SampleType CuvettePlan::CurrentSampleType() const {
 }
 
 void CuvettePlan::ShowChoices(const RunChoices& choices) {
-  engine_.screen().choices = choices;
-  engine_.show();
+  engine_.display().screen().choices = choices;
+  engine_.display().show();
 }
 
 void CuvettePlan::ShowComment(bool show) {
-  engine_.screen().commentVisible = show;
-  engine_.show();
+  engine_.display().screen().commentVisible = show;
+  engine_.display().show();
 }
 
 void CuvettePlan::hideDecision() {
-  engine_.screen().choices = {};
-  engine_.screen().commentVisible = false;
-  engine_.show();
+  engine_.display().screen().choices = {};
+  engine_.display().screen().commentVisible = false;
+  engine_.display().show();
 }
 
 void CuvettePlan::showReadButton() {
-  engine_.screen().okCaption = prompt::kReadCaption;
-  engine_.screen().okVisible = true;
-  engine_.show();
+  engine_.display().screen().okCaption = prompt::kReadCaption;
+  engine_.display().screen().okVisible = true;
+  engine_.display().show();
 }
 
 float CuvettePlan::readTime() const {

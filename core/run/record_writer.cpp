@@ -1,6 +1,7 @@
 #include "core/run/record_writer.h"
 
 #include "core/datafiles/record_lines.h"
+#include "core/files/log_line.h"
 #include "core/files/record_filing.h"
 #include "core/text/number_format.h"
 
@@ -10,6 +11,18 @@ RecordWriter::RecordWriter(const AppState& state, Operator& op, Printer& printer
                            QualityCheck& checks)
     : state_(state), op_(op), printer_(printer), checks_(checks) {}
 
+void RecordWriter::markSimulated(Clock& clock, std::string marking) {
+  clock_ = &clock;
+  simulated_ = std::move(marking);
+}
+
+void RecordWriter::beforeFiling() {
+  if (simulated_.empty() || simulatedLogged_) return;
+  simulatedLogged_ = true;
+  WriteLogEntry(state_.LogPath, *clock_,
+                simulated_ + " readings in data set " + state_.DataSet.FixPath);
+}
+
 bool RecordWriter::append(const std::string& path, const std::string& record) {
   if (FileRecord(op_, path, record, state_.LineEnding)) return true;
   ++notRecorded_;
@@ -18,7 +31,7 @@ bool RecordWriter::append(const std::string& path, const std::string& record) {
 
 Verdict RecordWriter::WriteFixedRecord(SampleType type, char letter, const RecordContent& content,
                                        bool filed) {
-  if (beforeFiling_) beforeFiling_();
+  beforeFiling();
   if (filed) {
     CheckedReading reading;
     reading.kind = type == SampleType::Control ? CheckKind::Control : CheckKind::Blank;
@@ -40,7 +53,7 @@ Verdict RecordWriter::WriteFixedRecord(SampleType type, char letter, const Recor
 
 bool RecordWriter::WriteSynchRecord(SampleType type, char letter, const RecordContent& content,
                                     bool filed) {
-  if (beforeFiling_) beforeFiling_();
+  beforeFiling();
   const std::string* path = &state_.DataSet.SynPath;
   if (filed) path = type == SampleType::Control ? &state_.DataSet.StlPath : &state_.DataSet.SlkPath;
   if (filed && !state_.Method.Fixed) {

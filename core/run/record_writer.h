@@ -43,10 +43,9 @@ class RecordWriter {
   // During a tray run the control check logs its alerts here instead of asking; null again
   // afterwards.
   void setUnattended(UnattendedAlerts* alerts) { unattended_ = alerts; }
-  // Told before each reading is filed, whatever its file.
-  void setBeforeFiling(std::function<void()> beforeFiling) {
-    beforeFiling_ = std::move(beforeFiling);
-  }
+  // The readings are the simulator's: the first filing of the run names the data set in the
+  // program log with `marking`, so they can be told from real ones afterwards.
+  void markSimulated(Clock& clock, std::string marking);
 
   // The printed line: the label in 8 places, each reading "0.0" in 7, " ***" after a comment.
   static std::string ResultLine(SampleType type, const RecordContent& content);
@@ -56,6 +55,7 @@ class RecordWriter {
 
  private:
   bool append(const std::string& path, const std::string& record);
+  void beforeFiling();
 
   const AppState& state_;
   Operator& op_;
@@ -63,7 +63,9 @@ class RecordWriter {
   QualityCheck& checks_;
   UnattendedAlerts* unattended_ = nullptr;
   int notRecorded_ = 0;
-  std::function<void()> beforeFiling_;
+  Clock* clock_ = nullptr;
+  std::string simulated_;
+  bool simulatedLogged_ = false;
 };
 
 }  // namespace zorvel

@@ -45,8 +45,7 @@ RunController::RunController(RunServices services, const RunSetup& setup, RunVie
       setup_(setup) {}
 
 void RunController::attachAutosampler(Arm& arm, Pump& pump, const TrayHooks& hooks) {
-  auto tray = std::make_unique<TrayRun>(*engine_, setup_, arm, pump, *unattended_, StopRequested,
-                                        PauseRequested, hooks);
+  auto tray = std::make_unique<TrayRun>(*engine_, setup_, arm, pump, *unattended_, hooks);
   tray_ = tray.get();
   plan_ = std::move(tray);
 }
@@ -56,7 +55,7 @@ void RunController::TubeRange_Click() {
 }
 
 void RunController::Terminate() {
-  if (tray_ != nullptr) tray_->terminate();
+  if (tray_ != nullptr) engine_->terminate();
 }
 
 RunController::~RunController() = default;
@@ -91,7 +90,7 @@ void RunController::act(RunAction action) {
       return;
     default:
       if (state() != RunState::AwaitingDecision) return;
-      if (offers(engine_->screen().choices, action)) plan_->decide(action);
+      if (offers(engine_->display().screen().choices, action)) plan_->decide(action);
   }
 }
 
@@ -135,7 +134,7 @@ void RunController::AcceptReject_KeyPress(char key) {
               {'b', RunAction::Blank}};
   const char k = lowered(key);
   for (const auto& entry : keys) {
-    if (entry.key == k && offers(engine_->screen().choices, entry.decision)) {
+    if (entry.key == k && offers(engine_->display().screen().choices, entry.decision)) {
       act(entry.decision);
       return;
     }
@@ -170,7 +169,7 @@ bool RunController::controlDataExist() const {
   return engine_->checks().ControlCount() > 0;
 }
 int RunController::sampleNumber() const {
-  return engine_->sampleNumber();
+  return engine_->numbering().current();
 }
 
 int RunController::readingsNotRecorded() const {

@@ -1,9 +1,5 @@
 #include "core/run/run_engine.h"
 
-#include <cctype>
-#include <cmath>
-#include <cstdio>
-
 #include "core/datafiles/empty_set.h"
 #include "core/files/log_line.h"
 #include "core/files/record_append.h"
@@ -26,72 +22,22 @@ RunEngine::RunEngine(RunServices services, const RunSetup& setup, RunView& view,
       op_(services.op),
       clock_(services.clock),
       printer_(services.printer),
-      line_(services.fluorimeterLine),
       checks_(services.checks),
-      view_(view),
-      StopRequested(stopRequested),
-      PauseRequested(pauseRequested),
-      link_(line_, clock_, op_, state_.Links, state_.Prefs.Fluorimeter),
-      acquisition_(link_, line_, state_.Method, state_.Links, view_,
-                   [this](const std::string& title) {
-                     view_.clearStatus();
-                     view_.showStatus(title);
-                   }),
+      display_(view),
+      newDataSet_(setup.NewDataSet),
+      numbering_(setup),
+      instrument_(services, view, [this](const std::string& title) { display_.status(title); }),
       writer_(state_, op_, printer_, checks_),
-      NewDataSet(setup.NewDataSet),
-      SampleNumber(setup.SampleNumber),
-      FirstSampleNumber(setup.FirstSampleNumber) {
-  if (!setup.simulated.empty()) {
-    writer_.setBeforeFiling([this, marking = setup.simulated] { logSimulatedFiling(marking); });
-  }
-  link_.setStatusText([this](const std::string& title) {
-    view_.clearStatus();
-    view_.showStatus(title);
-  });
-}
-
-// A data set that holds simulated readings is named in the program log once per run, so they
-// can be told from real ones afterwards.
-void RunEngine::logSimulatedFiling(const std::string& marking) {
-  if (simulatedLogged_) return;
-  simulatedLogged_ = true;
-  WriteLogEntry(state_.LogPath, clock_,
-                marking + " readings in data set " + state_.DataSet.FixPath);
+      keys_(stopRequested, pauseRequested,
+            [this](const std::string& text) { display_.legend(text); }) {
+  if (!setup.simulated.empty()) writer_.markSimulated(clock_, setup.simulated);
 }
 
 void RunEngine::Form_Load() {
-  const MethodSettings& method = state_.Method;
-  RunLayout layout{method.Fixed, method.Synch, {}};
-  for (int i = 1; i <= method.NoColors && i <= kMaxColours; ++i) {
-    const ColourDeclaration& pair = method.FixedPairs[static_cast<std::size_t>(i)];
-    layout.heads.push_back(text::plainSingle(pair.ExWl) + "/" + text::plainSingle(pair.EmWl));
-  }
-  view_.layOut(layout);
-  view_.setMedianRow(checks_.medianRow(method.NoColors));
-  GridRow = 1;
-  acquisition_.forgetWavelengths();
-  KeepNumber = false;
-  view_.clearStatus();
-  view_.showStatus(prompt::kInitialise);
-  std::string base = state_.DataSet.DataSetName;
-  for (char& c : base) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-  std::string& caption = screen_.filenameCaption;
-  if (method.Fixed) caption = base + ".FIX";
-  if (method.Synch) caption += (caption.empty() ? "" : "/") + base + ".SYN";
-  screen_.okCaption = prompt::kInitCaption;
-  screen_.okVisible = true;
-  screen_.focus = RunButton::InitRead;
-  show();
-}
-
-void RunEngine::show() {
-  view_.showScreen(screen_);
-  screen_.focus.reset();
-}
-
-void RunEngine::setResetEnabled(bool enabled) {
-  screen_.resetEnabled = enabled;
-  show();
+  instrument_.acquisition().forgetWavelengths();
+  numbering_.keep(false);
+  display_.layOut(state_.Method, checks_.medianRow(state_.Method.NoColors),
+                  state_.DataSet.DataSetName);
 }
 
 void RunEngine::log(const std::string& entry) {
@@ -115,58 +61,29 @@ bool RunEngine::confirmQuitDuringPures(bool puresPending) {
 
 void RunEngine::initialise(RunPlan& plan) {
   if (!machine_.fire(RunEvent::Init)) return;
-  screen_.resetEnabled = false;
-  screen_.okVisible = false;
-  show();
-  if (!SetUpInstrument(plan)) {
-    if (link_.halted()) {
+  display_.hideButtons();
+  if (!setUpInstrument(plan)) {
+    if (instrument_.halted()) {
       machine_.fire(RunEvent::Halted);
-      view_.closeWindow();
+      view().closeWindow();
       return;
     }
     machine_.fire(RunEvent::LinkFailed);
-    screen_.okVisible = true;
-    screen_.focus = RunButton::InitRead;
-    show();
+    display_.offerButton(display_.screen().okCaption);
     return;
   }
   log(plan.lampOnEntry());
   plan.instrumentReady();
   machine_.fire(RunEvent::SetUpDone);
-  screen_.okCaption = prompt::kReadCaption;
-  screen_.okVisible = true;
-  screen_.focus = RunButton::InitRead;
-  show();
+  display_.offerButton(prompt::kReadCaption);
 }
 
-bool RunEngine::SetUpInstrument(const RunPlan& plan) {
-  view_.clearStatus();
-  if (!runStartRecorded_) {
-    runStartRecorded_ = true;
-    runStartS_ = std::floor(clock_.secondsSinceMidnight());
-  }
-  view_.showStatus("Setting-up Instrument...Please Wait");
-  if (link_.OpenFluorimeterPort() != LinkFailure::None) return false;
-  const MethodSettings& method = state_.Method;
-  const std::pair<std::string, std::string> steps[] = {
-      {"$RE 0", "Setting-up Instrument...Set Free Run Mode"},
-      {"$PH 0", "Setting-up Instrument...Set Fluorescence Mode"},
-      {"$ES 0", "Setting-up Instrument...Turn Lamp On"},
-      {fluor::FilterCommand(method.FilterSetting), "Setting-up Instrument...Set Filter"},
-      {fluor::PmtVoltageCommand(static_cast<int>(method.PMTVoltage)),
-       "Setting-up Instrument...Set PMT Voltage"},
-      {fluor::ScanSpeedCommand(method.ScanSpeed), "Setting-up Instrument...Set Scan Speed"},
-  };
-  // Two time-outs anywhere in the set-up end the program: the count is not cleared here.
-  for (const auto& [command, title] : steps) {
-    if (link_.IssueCommand(command, StatusReader::Command, title) != LinkFailure::None) {
-      return false;
-    }
-  }
-  view_.clearStatus();
-  view_.showStatus("Analysis Configuration Complete");
-  for (const std::string& line : plan.readyPrompt()) view_.showStatus(line);
-  view_.showStatus(plan.readLine());
+bool RunEngine::setUpInstrument(const RunPlan& plan) {
+  display_.status("Setting-up Instrument...Please Wait");
+  if (!instrument_.setUp(state_.Method)) return false;
+  display_.status("Analysis Configuration Complete");
+  for (const std::string& line : plan.readyPrompt()) view().showStatus(line);
+  view().showStatus(plan.readLine());
   return true;
 }
 
@@ -175,146 +92,96 @@ void RunEngine::quit(RunPlan& plan) {
   if (now != RunState::AwaitingInit && now != RunState::AwaitingRead) return;
   if (!plan.confirmQuit()) return;
   // A new set that received no reading is not left behind empty.
-  if (NewDataSet) RemoveSetWithoutRecords(state_.Method, state_.DataSet);
+  if (newDataSet_) RemoveSetWithoutRecords(state_.Method, state_.DataSet);
   machine_.fire(RunEvent::Quit);
   plan.closing();
   Form_Unload();
-  view_.closeWindow();
+  view().closeWindow();
 }
 
 void RunEngine::Form_Unload() {
   if (unloaded_) return;
   unloaded_ = true;
-  if (line_.isOpen()) line_.close();
+  instrument_.close();
   if (state_.Method.PrintResults) printer_.endDocument();
 }
 
 void RunEngine::ResetSamp_Click() {
   const RunState now = machine_.state();
-  if (!screen_.resetEnabled || (now != RunState::AwaitingInit && now != RunState::AwaitingRead)) {
+  if (!display_.screen().resetEnabled ||
+      (now != RunState::AwaitingInit && now != RunState::AwaitingRead)) {
     return;
   }
   // The box offers the number the next reading would get anyway, so that OK on it changes
   // nothing: offering the current number would file the next reading under it a second time.
-  const std::string answer = op_.inputBox(
-      "Current sample number is " + number(SampleNumber) + ".  Please enter new sample number.",
-      "Sample Number Reset", number(NextSampleNumber(SampleType::Sample)));
+  const std::string answer =
+      op_.inputBox("Current sample number is " + number(numbering_.current()) +
+                       ".  Please enter new sample number.",
+                   "Sample Number Reset", number(numbering_.next(SampleType::Sample)));
   if (answer.empty()) return;
   const auto value = text::parseNumber(answer);
   if (!value) return;
   const auto entered = text::toInt16(*value);
   if (!entered) return;
-  SampleNumber = *entered;
-  FirstSampleNumber = *entered;
-  if (!KeepNumber) --SampleNumber;
+  numbering_.restartAt(*entered);
 }
 
 void RunEngine::keyDown(Key key) {
   // Abort and pause act between tubes; a cuvette run has none, so the keys do nothing there.
   if (state_.Method.DeliveryMethod != 2) return;
-  if (key == Key::F5 && !PauseRequested.load()) {
-    StopRequested = true;
-    PauseRequested = false;
-    screen_.keyLegend = "Aborting.  Please Wait.";
-  } else if (key == Key::F11 && PauseRequested.load() && !StopRequested.load()) {
-    StopRequested = true;
-    PauseRequested = false;
-    screen_.keyLegend = prompt::kKeyLegend;
-  } else if (key == Key::F11) {
-    StopRequested = true;
-    PauseRequested = true;
-    screen_.keyLegend = "Pausing.  Please Wait.";
-  } else {
-    return;
-  }
-  show();
+  keys_.keyDown(key);
 }
 
-void RunEngine::Comment_Change(const std::string& text) {
-  std::lock_guard<std::mutex> lock(typedMutex_);
-  comment_ = text;
-}
-
-std::string RunEngine::comment() const {
-  std::lock_guard<std::mutex> lock(typedMutex_);
-  return comment_;
+bool RunEngine::checkpoint(const std::function<void()>& yield) {
+  return keys_.CheckStopKeys({op_, clock_, yield, [this](bool paused) {
+                                machine_.fire(paused ? RunEvent::Pause : RunEvent::Resume);
+                              }});
 }
 
 void RunEngine::clearComment() {
-  view_.clearComment();
-  Comment_Change("");
+  view().clearComment();
+  comment_.set("");
 }
 
 void RunEngine::beginReading() {
-  screen_.resetEnabled = false;
-  screen_.okVisible = false;
-  show();
-  view_.clearSpectra();
+  display_.hideButtons();
+  view().clearSpectra();
   if (insertNext_) insertNext_();
 }
 
 void RunEngine::numberTube(SampleType type, bool& pureStartPending) {
-  TrayNumbering n{SampleNumber, FirstSampleNumber, FirstRead, KeepNumber, pureStartPending};
-  if (NumberTube(n, type)) acquisition_.forgetSlits();
-  SampleNumber = n.SampleNumber;
-  KeepNumber = n.KeepNumber;
-  pureStartPending = n.PureStartPending;
+  if (numbering_.numberTube(type, pureStartPending)) instrument_.acquisition().forgetSlits();
 }
 
-int RunEngine::NextSampleNumber(SampleType type) const {
-  int next = SampleNumber;
-  if (FirstRead && type == SampleType::Matrix) next = 0;
-  if (FirstRead && type != SampleType::Matrix && (type != SampleType::Sample || NewDataSet)) {
-    next = FirstSampleNumber - 1;
-  }
-  return KeepNumber ? next : next + 1;
+void RunEngine::numberReading(SampleType type) {
+  if (numbering_.numberReading(type)) instrument_.acquisition().forgetSlits();
 }
 
 bool RunEngine::numberWithinRange(SampleType type) {
-  const int next = NextSampleNumber(type);
-  if (next <= kLargestSampleNumber) return true;
+  const int next = numbering_.next(type);
+  if (next <= RunNumbering::kLargestSampleNumber) return true;
   op_.message("The next reading would be sample " + number(next) + ", beyond " +
-                  number(kLargestSampleNumber) +
+                  number(RunNumbering::kLargestSampleNumber) +
                   ", the last number a data set can hold.  Start a new data set to go on.",
               "ZORVEL ERROR", BoxIcon::Exclamation);
   return false;
 }
 
-void RunEngine::numberReading(SampleType type) {
-  if (FirstRead) {
-    acquisition_.forgetSlits();
-    if (type == SampleType::Matrix) {
-      SampleNumber = 0;
-    } else if (type != SampleType::Sample || NewDataSet) {
-      SampleNumber = FirstSampleNumber - 1;
-    }
-  }
-  if (!KeepNumber) ++SampleNumber;
-  KeepNumber = false;
-}
-
 bool RunEngine::readFixedRow(float readTimeS) {
-  ++GridRow;
-  view_.showRow(viewRow());
-  view_.setCell(viewRow(), 0, number(SampleNumber));
-  view_.clearStatus();
-  return acquisition_.ReadFixed(readTimeS, viewRow());
+  const int row = display_.nextRow(numbering_.current());
+  return instrument_.acquisition().ReadFixed(readTimeS, row);
 }
 
 bool RunEngine::scan(const std::string& title) {
-  return acquisition_.ScanSynch(state_.Method.Fixed || FirstRead, title);
-}
-
-void RunEngine::labelRow(const std::string& label) {
-  view_.setCell(viewRow(), 0, label);
+  return instrument_.acquisition().ScanSynch(state_.Method.Fixed || numbering_.firstRead(), title);
 }
 
 RecordContent RunEngine::content() const {
   RecordContent c;
-  c.sampleNumber = SampleNumber;
-  c.readings = acquisition_.readings();
-  c.points = acquisition_.scanPoints();
-  c.comment = comment();
+  c.sampleNumber = numbering_.current();
+  c.readings = instrument_.acquisition().readings();
+  c.points = instrument_.acquisition().scanPoints();
+  c.comment = comment_.get();
   return c;
 }
 
@@ -323,9 +190,9 @@ bool RunEngine::readingLost(bool ok) {
     machine_.fire(RunEvent::ReadingDone);
     return false;
   }
-  if (link_.halted()) {
+  if (instrument_.halted()) {
     machine_.fire(RunEvent::Halted);
-    view_.closeWindow();
+    view().closeWindow();
     return false;
   }
   machine_.fire(RunEvent::LinkFailed);

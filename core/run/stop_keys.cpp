@@ -9,6 +9,22 @@ void StopKeys::terminate() {
   StopRequested = true;
 }
 
+void StopKeys::keyDown(Key key) {
+  if (key == Key::F5 && !PauseRequested.load()) {
+    StopRequested = true;
+    PauseRequested = false;
+    legend_("Aborting.  Please Wait.");
+  } else if (key == Key::F11 && PauseRequested.load() && !StopRequested.load()) {
+    StopRequested = true;
+    PauseRequested = false;
+    legend_(prompt::kKeyLegend);
+  } else if (key == Key::F11) {
+    StopRequested = true;
+    PauseRequested = true;
+    legend_("Pausing.  Please Wait.");
+  }
+}
+
 void StopKeys::reset() {
   StopRequested = false;
   PauseRequested = false;

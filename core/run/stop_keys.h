@@ -6,11 +6,12 @@
 
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
+#include "core/run/run_types.h"
 
 namespace zorvel {
 
-// What a tray run does at its checkpoints with the abort and pause flags that F5 and F11 set
-// (the keys themselves are the run engine's: they only set the flags and change the legend).
+// The abort and pause flags that F5 and F11 set, and what an unattended run does with them at
+// its checkpoints. The keys only set the flags and change the legend.
 class StopKeys {
  public:
   // legend shows a text in AbortMsg.
@@ -21,7 +22,9 @@ class StopKeys {
   // Stops the run at its next checkpoint as a confirmed abort does, without the question
   // (the program is being ended). Any thread.
   void terminate();
-  bool terminating() const { return terminate_.load(); }
+  // F5 asks for an abort, F11 for a pause, or while one is asked for, to go on; the legend says
+  // which. Any other key does nothing.
+  void keyDown(Key key);
 
   // What the run waits on while paused: `yield` lets the window's events (and so the keys)
   // through, `pausing` tells the run's state of the pause starting (true) and ending (false).

@@ -39,15 +39,13 @@ bool filed(SampleType type) {
 }  // namespace
 
 TrayRun::TrayRun(RunEngine& engine, const RunSetup& setup, Arm& arm, Pump& pump,
-                 UnattendedOperator& unattended, std::atomic<bool>& stopRequested,
-                 std::atomic<bool>& pauseRequested, TrayHooks hooks)
+                 UnattendedOperator& unattended, TrayHooks hooks)
     : engine_(engine),
       method_(engine.method()),
       arm_(arm),
       pump_(pump),
       unattended_(unattended),
       hooks_(std::move(hooks)),
-      keys_(stopRequested, pauseRequested, [this](const std::string& text) { legend(text); }),
       cycle_(
           arm, pump, engine.method().Autosampler, [this](const std::string& text) { status(text); },
           hooks_.yield),
@@ -73,14 +71,8 @@ bool TrayRun::confirmQuit() {
   return engine_.confirmQuitDuringPures(PuresPending);
 }
 
-void TrayRun::legend(const std::string& text) {
-  engine_.screen().keyLegend = text;
-  engine_.show();
-}
-
 void TrayRun::status(const std::string& text) {
-  engine_.view().clearStatus();
-  engine_.view().showStatus(text);
+  engine_.display().status(text);
 }
 
 void TrayRun::note(const std::string& text) {
@@ -98,20 +90,16 @@ void TrayRun::noteRecord(const TrayVisit& visit, char letter, bool scan) {
 }
 
 std::string TrayRun::number() const {
-  return whole(engine_.sampleNumber());
+  return whole(engine_.numbering().current());
 }
 
 bool TrayRun::checkpoint() {
-  return keys_.CheckStopKeys({engine_.op(), engine_.clock(), hooks_.yield, [this](bool paused) {
-                                engine_.machine().fire(paused ? RunEvent::Pause : RunEvent::Resume);
-                              }});
+  return engine_.checkpoint(hooks_.yield);
 }
 
 void TrayRun::read() {
   if (!engine_.machine().fire(RunEvent::ReadTray)) return;
-  engine_.screen().resetEnabled = false;
-  engine_.screen().okVisible = false;
-  engine_.show();
+  engine_.display().hideButtons();
   const TrayPlanInput input{method_.Autosampler, method_.NoPures, PuresPending, BuildingDatabases};
   const std::vector<TrayVisit> plan = PlanTray(input);
   total_ = PlannedTotal(input);
@@ -119,7 +107,7 @@ void TrayRun::read() {
   startS_ = static_cast<long>(std::floor(engine_.clock().secondsSinceMidnight()));
   // The arm's position is not trusted from before: the first move is always sent.
   engine_.state().Links.CurrentArmTube = kHome;
-  legend(prompt::kKeyLegend);
+  engine_.display().legend(prompt::kKeyLegend);
   engine_.log("AS Run Started");
   engine_.writer().setUnattended(&log_);
   unattended_.divertTo(&log_);
@@ -140,11 +128,8 @@ void TrayRun::read() {
   engine_.log("AS Run Complete");
   engine_.machine().fire(walked == Walk::Lost ? RunEvent::LinkFailed : RunEvent::TrayDone);
   engine_.view().showStatus(readLine());
-  engine_.screen().okCaption = prompt::kReadCaption;
-  engine_.screen().okVisible = true;
-  engine_.screen().resetEnabled = true;
-  engine_.screen().focus = RunButton::InitRead;
-  engine_.show();
+  engine_.display().screen().resetEnabled = true;
+  engine_.display().offerButton(prompt::kReadCaption);
 }
 
 TrayRun::Walk TrayRun::walk(const std::vector<TrayVisit>& plan) {
@@ -184,7 +169,7 @@ TrayRun::Cycle TrayRun::ProcessTube(const TrayVisit& visit) {
     return done(Cycle::Failed);
   }
   if (!readTube(visit)) return done(Cycle::Failed);
-  if (visit.type == SampleType::Sample) engine_.readingCounted();
+  if (visit.type == SampleType::Sample) engine_.numbering().counted();
   return done(Cycle::Done);
 }
 
@@ -202,7 +187,7 @@ bool TrayRun::readTube(const TrayVisit& visit) {
 bool TrayRun::readFixedReplicate(const TrayVisit& visit, char letter) {
   const float readTimeS = PuresPending ? method_.ReadTimePures : method_.ReadTime;
   if (!engine_.readFixedRow(readTimeS)) return false;
-  if (visit.type != SampleType::Sample) engine_.labelRow(number() + letter);
+  if (visit.type != SampleType::Sample) engine_.display().labelRow(number() + letter);
   engine_.writer().WriteFixedRecord(visit.type, letter, content(visit), filed(visit.type));
   noteRecord(visit, letter, false);
   return true;
@@ -253,8 +238,8 @@ bool TrayRun::afterTube(const TrayVisit& visit) {
 
 void TrayRun::showTimes() {
   const long nowS = static_cast<long>(std::floor(engine_.clock().secondsSinceMidnight()));
-  engine_.screen().timeInfo = RunTimeLines(startS_, nowS, completed_, total_);
-  engine_.show();
+  engine_.display().screen().timeInfo = RunTimeLines(startS_, nowS, completed_, total_);
+  engine_.display().show();
 }
 
 void TrayRun::finish(Walk walked) {
@@ -262,11 +247,11 @@ void TrayRun::finish(Walk walked) {
   // that lost an instrument does not rinse with it either.
   if (walked == Walk::Completed || walked == Walk::AbortedAtCheck) {
     status("Finishing up run.");
-    legend("");
+    engine_.display().legend("");
     cycle_.RinseAndDry();
   }
   arm_.MoveArmToTube(kHome);
-  keys_.reset();
+  engine_.releaseKeys();
   status(runEndMessage_);
 }
 

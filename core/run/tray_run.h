@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <functional>
 #include <string>
 #include <vector>
@@ -10,7 +9,6 @@
 #include "core/run/run_alert_log.h"
 #include "core/run/run_engine.h"
 #include "core/run/run_plan.h"
-#include "core/run/stop_keys.h"
 #include "core/run/tray_plan.h"
 #include "core/run/tube_cycle.h"
 
@@ -32,8 +30,7 @@ struct TrayHooks {
 class TrayRun final : public RunPlan {
  public:
   TrayRun(RunEngine& engine, const RunSetup& setup, Arm& arm, Pump& pump,
-          UnattendedOperator& unattended, std::atomic<bool>& stopRequested,
-          std::atomic<bool>& pauseRequested, TrayHooks hooks);
+          UnattendedOperator& unattended, TrayHooks hooks);
 
   std::vector<std::string> readyPrompt() const override { return {}; }
   std::string readLine() const override;
@@ -49,13 +46,11 @@ class TrayRun final : public RunPlan {
   void formLoaded();
   // "Tube Range Reset" (instant).
   void TubeRange_Click();
-  void terminate() { keys_.terminate(); }
 
   // One tube's cycle, including its number.
   enum class Cycle { Done, Aborted, Failed };
   Cycle ProcessTube(const TrayVisit& visit);
 
-  const std::string& RunEndMessage() const { return runEndMessage_; }
   RunAlertLog& log() { return log_; }
   TubeCycle& cycle() { return cycle_; }
 
@@ -68,7 +63,6 @@ class TrayRun final : public RunPlan {
   bool afterTube(const TrayVisit& visit);
   void finish(Walk walked);
   void showTimes();
-  void legend(const std::string& text);
   void status(const std::string& text);
   void note(const std::string& text);
   void noteRecord(const TrayVisit& visit, char letter, bool scan);
@@ -82,7 +76,6 @@ class TrayRun final : public RunPlan {
   Pump& pump_;
   UnattendedOperator& unattended_;
   TrayHooks hooks_;
-  StopKeys keys_;
   TubeCycle cycle_;
   RunAlertLog log_;
 
