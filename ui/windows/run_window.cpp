@@ -3,21 +3,14 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QCloseEvent>
-#include <QGridLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QShortcut>
-#include <QTimer>
 #include <QVBoxLayout>
-#include <algorithm>
 #include <cctype>
 
 #include "core/instruments/arm.h"
@@ -30,22 +23,13 @@
 #include "ui/windows/run_grid.h"
 #include "ui/windows/run_spectra.h"
 #include "ui/windows/run_view_relay.h"
+#include "ui/windows/run_window_text.h"
 
+// The run window's life: building it around its controller, the operator's clicks and keys,
+// the worker that carries the instrument work, and closing.
 namespace zorvel::ui {
 
-namespace {
-
-// Run texts are single-byte, as the data files are.
-QString latin1(const std::string& text) {
-  return QString::fromLatin1(text.data(), static_cast<int>(text.size()));
-}
-
-// The scale entries: the run keeps its scale in single precision, and shows it so.
-QString asNumber(double value) {
-  return QString::fromStdString(text::plainSingle(static_cast<float>(value)));
-}
-
-}  // namespace
+using run_text::asNumber;
 
 RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
                      std::unique_ptr<SerialLine> fluorimeterLine, QWidget* parent,
@@ -113,133 +97,6 @@ RunWindow::~RunWindow() {
   tracker_.reset();
   relay_.reset();
   line_.reset();
-}
-
-void RunWindow::buildMenus() {
-  menuBar_ = new QMenuBar(this);
-  options_ = menuBar_->addMenu("&Options");
-  options_->setObjectName("Options");
-  resetSamp_ = options_->addAction("&Reset Sample Number");
-  resetSamp_->setObjectName("ResetSamp");
-  tubeRange_ = options_->addAction("&Tube Range");
-  tubeRange_->setObjectName("TubeRange");
-  // The tube range belongs to tray runs; a cuvette run never offers it.
-  tubeRange_->setVisible(false);
-  filename_ = menuBar_->addAction(QString());
-  filename_->setObjectName("MenuFilename");
-}
-
-QWidget* RunWindow::buildStatusArea() {
-  auto* area = new QWidget;
-  auto* layout = new QVBoxLayout(area);
-  layout->setContentsMargins(0, 0, 0, 0);
-  status_ = new QLabel;
-  status_->setObjectName("Status");
-  status_->setFrameShape(QFrame::Panel);
-  status_->setFrameShadow(QFrame::Sunken);
-  status_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  status_->setMinimumHeight(4 * status_->fontMetrics().lineSpacing() + 8);
-  status_->setWordWrap(true);
-  layout->addWidget(status_);
-  auto* legends = new QHBoxLayout;
-  abortMsg_ = new QLabel;
-  abortMsg_->setObjectName("AbortMsg");
-  abortMsg_->setVisible(false);
-  timeInfo_ = new QLabel;
-  timeInfo_->setObjectName("TimeInfo");
-  legends->addWidget(timeInfo_, 1);
-  legends->addWidget(abortMsg_);
-  layout->addLayout(legends);
-  return area;
-}
-
-QGroupBox* RunWindow::buildScanFrame() {
-  syncFrame_ = new QGroupBox("Synchronous Scan");
-  syncFrame_->setObjectName("SyncFrame");
-  plot_ = new SpectraPlot;
-  yMax_ = new QLineEdit;
-  yMax_->setObjectName("YMax");
-  yMin_ = new QLineEdit;
-  yMin_->setObjectName("YMin");
-  for (QLineEdit* entry : {yMin_, yMax_}) entry->setMaximumWidth(72);
-  minVal_ = new QLabel;
-  minVal_->setObjectName("MinVal_Label");
-  maxVal_ = new QLabel;
-  maxVal_->setObjectName("MaxVal_Label");
-  maxVal_->setAlignment(Qt::AlignRight);
-  autoHeight_ = new QCheckBox("Auto Height");
-  autoHeight_->setObjectName("AutoHeight");
-  autoHeight_->setChecked(true);
-  progress_ = new QProgressBar;
-  progress_->setObjectName("Perc_Panel");
-  progress_->setRange(0, 100);
-  progress_->setValue(0);
-
-  auto* layout = new QGridLayout(syncFrame_);
-  layout->addWidget(yMax_, 0, 0, Qt::AlignTop);
-  layout->addWidget(yMin_, 1, 0, Qt::AlignBottom);
-  layout->addWidget(plot_, 0, 1, 2, 2);
-  layout->addWidget(minVal_, 2, 1);
-  layout->addWidget(maxVal_, 2, 2);
-  layout->addWidget(autoHeight_, 3, 0);
-  layout->addWidget(progress_, 3, 1, 1, 2);
-  layout->setColumnStretch(1, 1);
-  layout->setColumnStretch(2, 1);
-  layout->setRowStretch(0, 1);
-  layout->setRowStretch(1, 1);
-  return syncFrame_;
-}
-
-QGroupBox* RunWindow::buildDecisionFrame() {
-  arFrame_ = new QGroupBox;
-  arFrame_->setObjectName("AR_Frame");
-  auto* layout = new QGridLayout(arFrame_);
-  const char* captions[] = {"&Accept", "&Reject", "&Control", "&Blank"};
-  for (int i = 0; i < 4; ++i) {
-    auto* button = new QPushButton(captions[i]);
-    button->setObjectName(QString("AcceptReject_%1").arg(i + 1));
-    button->installEventFilter(this);
-    layout->addWidget(button, 0, i);
-    acceptReject_.push_back(button);
-  }
-  commentLabel_ = new QLabel("Comment:");
-  commentLabel_->setObjectName("Comment_Label");
-  commentBox_ = new QLineEdit;
-  commentBox_->setObjectName("Comment_Box");
-  layout->addWidget(commentLabel_, 1, 0);
-  layout->addWidget(commentBox_, 1, 1, 1, 3);
-  arFrame_->setVisible(false);
-  commentLabel_->setVisible(false);
-  commentBox_->setVisible(false);
-  return arFrame_;
-}
-
-void RunWindow::keepPlacesWhenHidden() {
-  // The choices, the comment box and the read buttons keep their places while hidden: nothing
-  // moves under the operator's pointer from one prompt to the next, and the grid keeps its
-  // height, so the reading waiting for a decision stays where it was seen.
-  std::vector<QWidget*> kept{arFrame_, commentLabel_, commentBox_, okFrame_};
-  kept.insert(kept.end(), acceptReject_.begin(), acceptReject_.end());
-  for (QWidget* widget : kept) {
-    QSizePolicy policy = widget->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    widget->setSizePolicy(policy);
-  }
-}
-
-QGroupBox* RunWindow::buildOkFrame() {
-  okFrame_ = new QGroupBox;
-  okFrame_->setObjectName("OK_Frame");
-  ok1_ = new QPushButton("&Init");
-  ok1_->setObjectName("OK_1");
-  ok2_ = new QPushButton("&Quit");
-  ok2_->setObjectName("OK_2");
-  auto* layout = new QVBoxLayout(okFrame_);
-  for (QPushButton* button : {ok1_, ok2_}) {
-    button->installEventFilter(this);
-    layout->addWidget(button);
-  }
-  return okFrame_;
 }
 
 void RunWindow::connectControls() {
@@ -351,136 +208,6 @@ void RunWindow::closeEvent(QCloseEvent* event) {
   // The close box asks to quit, as OK(2) does; the run decides, and closes the window itself.
   event->ignore();
   if (!working_) controller_->act(RunAction::Quit);
-}
-
-// --- RunView -----------------------------------------------------------------------------
-
-void RunWindow::layOut(const RunLayout& layout) {
-  grid_->setVisible(layout.fixed);
-  syncFrame_->setVisible(layout.synch);
-  grid_->setColumns(layout.heads);
-}
-
-void RunWindow::showScreen(const RunScreen& screen) {
-  filename_->setText(latin1(screen.filenameCaption));
-  resetSamp_->setEnabled(screen.resetEnabled);
-  tubeRange_->setEnabled(screen.resetEnabled);
-  abortMsg_->setText(latin1(screen.keyLegend));
-  abortMsg_->setVisible(!screen.keyLegend.empty());
-  QStringList times;
-  for (const auto& line : screen.timeInfo) times << latin1(line);
-  timeInfo_->setText(times.join('\n'));
-  okFrame_->setVisible(screen.okVisible);
-  ok1_->setText(latin1(screen.okCaption));
-  if (screen.commentVisible != shown_.commentVisible) showComment(screen.commentVisible);
-  if (screen.choices != shown_.choices) showChoices(screen.choices);
-  if (screen.focus) {
-    if (QPushButton* target = buttonFor(*screen.focus)) target->setFocus();
-  }
-  shown_ = screen;
-}
-
-void RunWindow::clearStatus() {
-  statusLines_.clear();
-  status_->clear();
-}
-
-void RunWindow::showStatus(const std::string& line) {
-  statusLines_.push_back(latin1(line));
-  status_->setText(QStringList(statusLines_.begin(), statusLines_.end()).join('\n'));
-}
-
-void RunWindow::setMedianRow(const std::vector<std::string>& medians) {
-  grid_->setMedianRow(medians);
-}
-
-void RunWindow::setCell(int row, int column, const std::string& text) {
-  if (column == 0) {
-    grid_->setRowLabel(row, text);
-  } else {
-    grid_->setCell(row, column, text);
-  }
-}
-
-void RunWindow::setCellColour(int row, int column, int paletteIndex) {
-  grid_->setCellColour(row, column, paletteIndex);
-}
-
-void RunWindow::showRow(int row) {
-  grid_->showRow(row);
-}
-
-void RunWindow::showChoices(const RunChoices& choices) {
-  const bool shown[] = {choices.accept, choices.reject, choices.control, choices.blank};
-  QPushButton* first = nullptr;
-  for (std::size_t i = 0; i < acceptReject_.size(); ++i) {
-    acceptReject_[i]->setVisible(shown[i]);
-    if (shown[i] && first == nullptr) first = acceptReject_[i];
-  }
-  updateDecisionFrame();
-  if (first != nullptr) first->setFocus();
-}
-
-void RunWindow::showComment(bool visible) {
-  commentLabel_->setVisible(visible);
-  commentBox_->setVisible(visible);
-  updateDecisionFrame();
-}
-
-void RunWindow::updateDecisionFrame() {
-  // AR_Frame holds the choices and the comment box: it shows while either is offered.
-  bool offered = commentBox_->isVisibleTo(arFrame_);
-  for (QPushButton* button : acceptReject_) offered = offered || button->isVisibleTo(arFrame_);
-  arFrame_->setVisible(offered);
-}
-
-void RunWindow::clearComment() {
-  // The run cleared its own copy: no echo back.
-  const QSignalBlocker quiet(commentBox_);
-  commentBox_->clear();
-}
-
-QPushButton* RunWindow::buttonFor(RunButton button) const {
-  switch (button) {
-    case RunButton::InitRead:
-      return ok1_;
-    case RunButton::Quit:
-      return ok2_;
-    case RunButton::Accept:
-      return acceptReject_[0];
-    case RunButton::Reject:
-      return acceptReject_[1];
-    case RunButton::Control:
-      return acceptReject_[2];
-    case RunButton::Blank:
-      return acceptReject_[3];
-  }
-  return nullptr;
-}
-
-void RunWindow::clearSpectra() {
-  plot_->clear();
-}
-
-void RunWindow::setSpectraScale(double lowerNm, double upperNm, double yMin, double yMax) {
-  plot_->setScale(lowerNm, upperNm, yMin, yMax);
-  minVal_->setText(QString::fromStdString(text::fixed(lowerNm, 1)));
-  maxVal_->setText(QString::fromStdString(text::fixed(upperNm, 1)));
-  yMin_->setText(asNumber(yMin));
-  yMax_->setText(asNumber(yMax));
-}
-
-void RunWindow::plotPoint(double wavelengthNm, double value, int paletteIndex) {
-  plot_->addPoint(wavelengthNm, value, paletteIndex);
-}
-
-void RunWindow::setProgress(int percent) {
-  progress_->setValue(std::clamp(percent, 0, 100));
-}
-
-void RunWindow::closeWindow() {
-  // Posted: the run's own handler (Quit) is still on the stack.
-  QTimer::singleShot(0, this, [this] { close(); });
 }
 
 }  // namespace zorvel::ui
