@@ -1,0 +1,63 @@
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "core/run/tray_status.h"
+#include "core/run/tray_status_lines.h"
+
+namespace zorvel {
+namespace {
+
+constexpr long kStartS = 23 * 3600 + 59 * 60;  // 23:59:00, so the run passes midnight
+
+void Start(TrayStatusBoard& board) {
+  board.settingUp(4, 2, kStartS, CalendarTime{}, "/d/RUN.LOG");
+}
+
+TEST(TrayStatus, ToldAsTheRunGoesAndTheKeysArePressed) {
+  TrayStatusBoard board;
+  Start(board);
+  std::vector<TrayRunState> told;
+  board.setListener([&told](const TrayStatus& s) { told.push_back(s.state); });
+  board.tubeStarted(5, 1, "Sample", 12);
+  board.step("Locating Sample");
+  board.pauseRequested();
+  TrayStatusLines lines = DescribeTrayStatus(board.snapshot(), kStartS + 30);
+  EXPECT_EQ("Tube 1 of 2: Sample 12 in tray tube 5", lines.tube);
+  EXPECT_EQ("Step: Locating Sample", lines.step);
+  EXPECT_EQ("Pause requested: pausing after tube 5", lines.request);
+  EXPECT_EQ("Elapsed 00:00:30   Estimated end after the first tube   Now 23:59:30", lines.times);
+  // A minute per tube: three more to go.
+  board.tubeDone(0);
+  board.paused();
+  EXPECT_EQ("Paused", DescribeTrayStatus(board.snapshot(), 30).request);
+  EXPECT_EQ("Elapsed 00:01:30   Estimated end 00:03:00   Now 00:00:30",
+            DescribeTrayStatus(board.snapshot(), 30).times);
+  board.resumed();
+  board.abortRequested();
+  board.alert("Tube 5  S12  Control alert");
+  lines = DescribeTrayStatus(board.snapshot(), 100);
+  EXPECT_EQ("Abort requested: stopping after tube 5", lines.request);
+  EXPECT_EQ("1 alert logged in /d/RUN.LOG; the last: Tube 5  S12  Control alert", lines.alerts);
+  EXPECT_EQ(1, lines.progressDone);
+  EXPECT_EQ(4, lines.progressOf);
+  board.ended(TrayRunEnd::Aborted);
+  EXPECT_FALSE(DescribeTrayStatus(board.snapshot(), 100).shown);
+  EXPECT_EQ(TrayRunEnd::Aborted, board.snapshot().end);
+  const std::vector<TrayRunState> expected{
+      TrayRunState::Reading,        TrayRunState::Reading,        TrayRunState::PauseRequested,
+      TrayRunState::PauseRequested, TrayRunState::Paused,         TrayRunState::Reading,
+      TrayRunState::AbortRequested, TrayRunState::AbortRequested, TrayRunState::Ended};
+  EXPECT_EQ(expected, told);
+}
+
+TEST(TrayStatus, AKeyBetweenRunsChangesNothing) {
+  TrayStatusBoard board;
+  board.pauseRequested();
+  board.abortRequested();
+  EXPECT_EQ(TrayRunState::Idle, board.snapshot().state);
+  EXPECT_FALSE(DescribeTrayStatus(board.snapshot(), 0).shown);
+}
+
+}  // namespace
+}  // namespace zorvel
