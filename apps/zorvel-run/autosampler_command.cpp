@@ -67,8 +67,8 @@ int RunAutosamplerCommand(Context& context, LineSource& lines) {
   MaintenanceRig rig{arm,         pump,      state.Method.Autosampler, state.Tray, state.Links,
                      state.Steps, context.op};
   MaintenanceSequences sequences(
-      rig,
-      SequenceHooks{[&context](const std::string& step) { context.out << step << "\n"; }, {}, {}});
+      rig, SequenceHooks{
+               [&context](const std::string& step) { context.out << step << "\n"; }, {}, {}, {}});
   context.out << chosen->caption << "\n";
   const SequenceEnd end = (sequences.*(chosen->run))();
   arm.CloseArmPort();

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "core/autosampler/autosampler_field.h"
 #include "core/autosampler/step_counts.h"
@@ -20,6 +22,7 @@ enum class SequenceEnd {
   Done,             // every step was carried out
   SettingsRefused,  // the whole check failed; nothing moved
   LinkFailed,       // the arm or the dilutor failed; the operator has been told
+  Stopped,          // the operator stopped it; the instruments were put in a known state
 };
 
 // Told as a sequence goes: each step before it starts, and the arm's new place after a move.
@@ -28,6 +31,8 @@ struct SequenceHooks {
   std::function<void()> armMoved;
   // A box the whole check corrected (check volumes only).
   std::function<void(AutosamplerField)> corrected;
+  // Steps done of the sequence's steps, told before each step and once at the end.
+  std::function<void(int done, int total)> progress;
 };
 
 // What the arm and dilutor sequences work on.
@@ -56,6 +61,13 @@ class MaintenanceSequences {
   SequenceEnd CheckVolumes();
   // Initialises the dilutor and flushes once.
   SequenceEnd Testing();
+  // "Locate": over each tube of the range in turn, the probe lowered to the height.
+  SequenceEnd LocateTubes(std::int16_t first, std::int16_t last, std::int16_t height);
+
+  // Ends the running sequence at its next step boundary (any thread): the valve goes to port 1
+  // and the arm home, and stoppedState() says what was left where.
+  void requestStop() { stopRequested_ = true; }
+  const std::string& stoppedState() const { return stoppedState_; }
 
   // Arm steps shared with the window's positioning controls.
   LinkFailure moveTo(std::int16_t tube);
@@ -64,14 +76,29 @@ class MaintenanceSequences {
   LinkFailure resetOverRinse();
 
  private:
+  // What a step leaves in the syringe.
+  enum class Syringe { Unchanged, Holding, Empty };
+  struct Step {
+    std::string title;  // told as the step starts; empty: a part of the step before
+    std::function<LinkFailure()> run;
+    Syringe leaves = Syringe::Unchanged;
+  };
   template <typename Body>
   SequenceEnd withDilutor(Body body);
   void tell(const std::string& text) const;
-  LinkFailure primeStrokes();
-  LinkFailure volumeCycle();
+  Step armTo(std::int16_t tube);
+  Step probeTo(std::int16_t height, const char* what);
+  Step resetStep();
+  Step airDry();
+  Step flush();
+  SequenceEnd runSteps(const std::vector<Step>& steps);
+  void stopSafely(int done, int total, const std::string& last);
 
   MaintenanceRig rig_;
   SequenceHooks hooks_;
+  std::atomic<bool> stopRequested_{false};
+  bool syringeHolding_ = false;
+  std::string stoppedState_;
 };
 
 }  // namespace zorvel
