@@ -74,7 +74,8 @@ AutosamplerPresenter::AutosamplerPresenter(MaintenanceRig rig, std::string metho
                                     [this](AutosamplerField f) {
                                       showField(f);
                                       view_.selectFieldText(f);
-                                    }}) {}
+                                    },
+                                    {}}) {}
 
 void AutosamplerPresenter::showField(AutosamplerField field) {
   view_.setFieldText(field, whole(FieldValue(rig_.settings, field)));
