@@ -129,18 +129,28 @@ void AutosamplerPresenter::leave() {
   sequences_.moveTo(0);
 }
 
-void AutosamplerPresenter::fieldEdited(AutosamplerField field, std::string_view text) {
+bool AutosamplerPresenter::fieldEdited(AutosamplerField field, std::string_view text) {
   AutosamplerSettings& s = rig_.settings;
+  const std::int16_t inForce = FieldValue(s, field);
   const FieldEditResult result = ApplyFieldText(s, field, text, rig_.tray.TubeCount);
   if (result.beep) rig_.person.beep();
-  if (!result.message.empty()) error(result.message);
-  if (result.showValue) view_.setFieldText(field, whole(FieldValue(s, field)));
-  if (result.select) view_.selectFieldText(field);
+  const bool refused = !result.message.empty();
+  if (refused) {
+    error(result.message);
+    // The box goes back to the value in force, not to a reset value the operator never typed.
+    FieldValue(s, field) = inForce;
+    return false;
+  }
   if (isVolume(field)) rig_.steps = ComputePumpSteps(s, rig_.links.StepsPerMicrolitre);
   if (field == AutosamplerField::StartingTube && hooks_.startingTubeCopied) {
     hooks_.startingTubeCopied(s.StartingTube);
   }
   if (shapesTheTray(field)) view_.trayChanged();
+  return true;
+}
+
+std::string AutosamplerPresenter::fieldText(AutosamplerField field) const {
+  return whole(FieldValue(rig_.settings, field));
 }
 
 void AutosamplerPresenter::optionChosen(AutosamplerGroup group, int index) {
@@ -240,27 +250,37 @@ void AutosamplerPresenter::arrow(ArmArrow which) {
   }
 }
 
-void AutosamplerPresenter::positionTyped(ArmAxis axis, std::string_view typed) {
+std::optional<float> AutosamplerPresenter::positionChecked(ArmAxis axis, std::string_view typed) {
   const auto number = text::parseNumber(typed);
   if (!number) {
     rig_.person.beep();
     error("Non-numeric entry.  Please try again.");
-    return;
+    return std::nullopt;
   }
   const auto value = static_cast<float>(*number);
   const float limit = axis == ArmAxis::X ? kArmMaxXMm : kArmMaxYMm;
   if (value < 0 || value > limit) {
     // Out of the arm's reach: refused without a command.
     rig_.person.beep();
-    showArm();
-    return;
+    error("Answer must be between 0 and " + whole(static_cast<int>(limit)) + ".");
+    return std::nullopt;
   }
+  return value;
+}
+
+void AutosamplerPresenter::moveAlong(ArmAxis axis, float mm) {
   const ArmPlacement& at = rig_.links.Placement;
   if (axis == ArmAxis::X) {
-    manualMove(value, at.ArmY);
+    manualMove(mm, at.ArmY);
   } else {
-    manualMove(at.ArmX, value);
+    manualMove(at.ArmX, mm);
   }
+}
+
+bool AutosamplerPresenter::positionTyped(ArmAxis axis, std::string_view typed) {
+  const std::optional<float> mm = positionChecked(axis, typed);
+  if (mm) moveAlong(axis, *mm);
+  return mm.has_value();
 }
 
 void AutosamplerPresenter::heightChosen(int index) {
@@ -273,39 +293,40 @@ void AutosamplerPresenter::heightChosen(int index) {
   sequences_.moveTo(choice.position);
 }
 
-void AutosamplerPresenter::heightTyped(std::string_view typed) {
+bool AutosamplerPresenter::heightTyped(std::string_view typed) {
   const auto number = text::parseNumber(typed);
   if (!number) {
-    if (!typed.empty()) error("Answer must be numeric.");
-    return;
+    error("Answer must be numeric.");
+    return false;
   }
   const double v = text::roundHalfEven(*number);
   if (v < 0 || v > kMaxProbeHeight) {
     error("Range is 0 - 146.  Please try again.");
-    return;
+    return false;
   }
   selectedHeight_ = static_cast<std::int16_t>(v);
+  return true;
 }
 
 void AutosamplerPresenter::lowerProbe() {
   sequences_.lower(selectedHeight_, "chosen");
 }
 
-void AutosamplerPresenter::tubeTyped(std::string_view typed) {
+bool AutosamplerPresenter::tubeTyped(std::string_view typed) {
   const auto number = text::parseNumber(typed);
   if (!number) {
-    if (typed.empty()) return;
     rig_.person.beep();
     error("Non-numeric entry.  Please try again.");
-    return;
+    return false;
   }
   const double v = text::roundHalfEven(*number);
   if (v < 0 || v > rig_.tray.TubeCount) {
     rig_.person.beep();
     error("Answer must be between 0 and " + whole(rig_.tray.TubeCount) + ".");
-    return;
+    return false;
   }
   targetTube_ = static_cast<std::int16_t>(v);
+  return true;
 }
 
 void AutosamplerPresenter::one() {

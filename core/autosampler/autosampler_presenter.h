@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -49,7 +50,11 @@ class AutosamplerPresenter {
   // Deactivation: the arm back over the rinse station.
   void leave();
 
-  void fieldEdited(AutosamplerField field, std::string_view text);
+  // A box's entry, taken when the operator commits it. False when it is refused: the setting
+  // keeps the value in force and the operator has been told why.
+  bool fieldEdited(AutosamplerField field, std::string_view text);
+  // The text of the setting in force, what a box shows again after a refusal.
+  std::string fieldText(AutosamplerField field) const;
   void optionChosen(AutosamplerGroup group, int index);
   void checkBoxChanged(AutosamplerCheckBox box, bool checked);
   // "&Open Tray Geometry FIle".
@@ -59,14 +64,18 @@ class AutosamplerPresenter {
 
   // Positioning (arm work, on the worker).
   void arrow(ArmArrow which);
-  void positionTyped(ArmAxis axis, std::string_view text);
+  // A typed X or Y: checked, then the arm moves there. False when refused (nothing moves).
+  bool positionTyped(ArmAxis axis, std::string_view text);
+  // The two halves of positionTyped: the check on the window thread, the move on the worker.
+  std::optional<float> positionChecked(ArmAxis axis, std::string_view text);
+  void moveAlong(ArmAxis axis, float mm);
   void heightChosen(int index);
   void lowerProbe();
   void one();
   void locate();
-  // Positioning without arm work.
-  void heightTyped(std::string_view text);
-  void tubeTyped(std::string_view text);
+  // Positioning without arm work; false when the entry is refused and the value in force kept.
+  bool heightTyped(std::string_view text);
+  bool tubeTyped(std::string_view text);
   void savePosition();
 
   // The pump sequences (on the worker).

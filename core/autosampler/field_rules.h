@@ -9,7 +9,7 @@
 
 namespace zorvel {
 
-// What the window does after a keystroke in one of its settings boxes.
+// What the window does with an entry committed in one of its settings boxes.
 struct FieldEditResult {
   bool beep = false;
   std::string message;     // shown in a "ZORVEL ERROR" box with the exclamation icon, when set

@@ -108,10 +108,10 @@ TEST_F(Window, OpeningFillsTheBoxesAndTheCheckBoxesShowTheirBoxes) {
 
   presenter.fieldEdited(AutosamplerField::StartingTube, "4");
   EXPECT_EQ(firstSample, 4);
-  presenter.fieldEdited(AutosamplerField::StartingTube, "7");  // beyond the six-tube tray
-  EXPECT_EQ(firstSample, 1);
-  EXPECT_EQ(view.fields[AutosamplerField::StartingTube], "1");
-  EXPECT_EQ(view.selected.back(), AutosamplerField::StartingTube);
+  // Beyond the six-tube tray: refused, and the tube in force stays.
+  EXPECT_FALSE(presenter.fieldEdited(AutosamplerField::StartingTube, "7"));
+  EXPECT_EQ(firstSample, 4);
+  EXPECT_EQ(presenter.fieldText(AutosamplerField::StartingTube), "4");
   EXPECT_EQ(person.beeps, 1);
   EXPECT_EQ(person.messages().back().title, "ZORVEL ERROR");
 

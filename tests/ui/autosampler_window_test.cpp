@@ -94,17 +94,21 @@ TEST_F(AutosamplerWindowTest, ClickingThroughTheWindowDrivesTheArmAndThePump) {
   EXPECT_FALSE(child<QWidget>(*window, "Freq_Label")->isHidden());
   click("StandardBox");
 
-  // A 5 mL syringe: 5001 is refused and the box reset to 1, its text selected.
+  // A 5 mL syringe: 5001 is taken whole and refused on Return; the box shows the volume in
+  // force again, selected, and the message names the box.
   click("Syringe_volume_grp_5");
   QLineEdit* volume = child<QLineEdit>(*window, "SampleVolume");
+  volume->setFocus();
   volume->selectAll();
   QTest::keyClicks(volume, "5001");
-  EXPECT_EQ(volume->text(), "1");
-  EXPECT_EQ(volume->selectedText(), "1");
+  EXPECT_TRUE(op.messages().empty());
+  QTest::keyClick(volume, Qt::Key_Return);
+  EXPECT_EQ(volume->text(), "750");
+  EXPECT_EQ(volume->selectedText(), "750");
   ASSERT_EQ(op.messages().size(), 1u);
-  EXPECT_EQ(op.messages()[0].text, "Answer must be in range of 1 - 5000. Please try again.");
-  volume->selectAll();
-  QTest::keyClicks(volume, "750");
+  EXPECT_EQ(op.messages()[0].text,
+            "Sample Volume (ul): Answer must be in range of 1 - 5000. Please try again.");
+  EXPECT_EQ(state.Method.Autosampler.SampleVolume, 750);
 
   // Locate runs on the worker; meanwhile nothing else can start.
   click("Locate");
@@ -144,6 +148,51 @@ TEST_F(AutosamplerWindowTest, ClickingThroughTheWindowDrivesTheArmAndThePump) {
   EXPECT_FALSE(window->isVisible());
   EXPECT_EQ(armModel.xMm(), 245.0f);  // back over the rinse station
   EXPECT_TRUE(state.Flags.AutosamplerWindowOpened);
+}
+
+// Typing is taken when committed: a tube past the tray is refused when Go To is pressed, and
+// then nothing moves; a good tube moves the arm and the focus comes back to the box.
+TEST_F(AutosamplerWindowTest, GoToNeverMovesToARefusedTubeAndTheFocusComesBack) {
+  window->show();
+  window->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+  settle();
+  const int commandsBefore = armModel.commandsReceived();
+  QLineEdit* tube = child<QLineEdit>(*window, "TubeToGoTo");
+  QTest::mouseClick(tube, Qt::LeftButton);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(tube->selectedText(), tube->text());  // a click selects, as Tab does
+  QTest::keyClicks(tube, "97");
+  QTest::keyClick(tube, Qt::Key_G, Qt::AltModifier);  // "&Go To", clicked a moment later
+  QTest::qWaitFor([this] { return !op.messages().empty(); });
+  settle();
+  EXPECT_EQ(armModel.commandsReceived(), commandsBefore);
+  ASSERT_EQ(op.messages().size(), 1u);
+  EXPECT_EQ(op.messages()[0].text, "Tube: Answer must be between 0 and 6.");
+  EXPECT_EQ(tube->text(), "0");
+  EXPECT_TRUE(tube->hasFocus());
+  EXPECT_EQ(tube->selectedText(), "0");
+
+  QTest::keyClicks(tube, "5");
+  child<QPushButton>(*window, "One")->setFocus();  // as a mouse click on "Go To" leaves it
+  QTest::keyClick(child<QPushButton>(*window, "One"), Qt::Key_Space);
+  settle();
+  EXPECT_EQ(armModel.xMm(), 92.0f);
+  EXPECT_TRUE(tube->hasFocus());
+
+  // An incomplete entry is no error while typing; "-" alone is refused only when left.
+  QLineEdit* ending = child<QLineEdit>(*window, "EndingTube");
+  ending->setFocus();
+  ending->selectAll();
+  QTest::keyClicks(ending, "-");
+  EXPECT_EQ(op.messages().size(), 1u);
+  QTest::keyClicks(ending, "2");
+  QTest::keyClick(ending, Qt::Key_Tab);
+  QCoreApplication::processEvents();
+  ASSERT_EQ(op.messages().size(), 2u);
+  EXPECT_EQ(op.messages()[1].text, "Ending Tube: Answer must be in range of 3-6.");
+  EXPECT_EQ(ending->text(), "5");
+  EXPECT_TRUE(ending->hasFocus());
 }
 
 }  // namespace

@@ -6,9 +6,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QPointer>
 #include <QThread>
 #include <QVBoxLayout>
 
+#include "ui/windows/field_commits.h"
 #include "ui/windows/tray_picture.h"
 
 namespace zorvel::ui {
@@ -19,15 +21,17 @@ AutosamplerWindow::AutosamplerWindow(AppState& state, Operator& op, Clock& clock
                                      QWidget* parent)
     : QDialog(parent),
       state_(state),
+      naming_(op),
       armLine_(std::move(armLine)),
       pumpLine_(std::move(pumpLine)),
-      arm_(*armLine_, clock, op, state.Links, state.Tray),
-      pump_(*pumpLine_, clock, op, state.Links, state.Method.Autosampler),
+      arm_(*armLine_, clock, naming_, state.Links, state.Tray),
+      pump_(*pumpLine_, clock, naming_, state.Links, state.Method.Autosampler),
       presenter_(MaintenanceRig{arm_, pump_, state.Method.Autosampler, state.Tray, state.Links,
-                                state.Steps, op},
+                                state.Steps, naming_},
                  state.MethodsDirectory, *this, std::move(hooks)) {
   setObjectName("ASDILUTOR");
   setWindowTitle("AS Setup");
+  commits_ = new FieldCommits(this, &naming_);
   auto* menus = new QMenuBar;
   QMenu* file = menus->addMenu("&File");
   QAction* open = file->addAction("&Open Tray Geometry FIle");
@@ -68,11 +72,12 @@ void AutosamplerWindow::showEvent(QShowEvent* event) {
   if (opened_) return;
   opened_ = true;
   presenter_.opened();
+  tube_->setText(QString::number(presenter_.targetTube()));
   runJob([this] { presenter_.moveToStartingTube(); });
 }
 
 void AutosamplerWindow::finish() {
-  if (presenter_.sequenceRunning() || !presenter_.done()) return;
+  if (presenter_.sequenceRunning() || !commits_->settle() || !presenter_.done()) return;
   // Leaving puts the arm back over the rinse station before the window goes.
   runJob([this] { presenter_.leave(); }, [this] { QDialog::accept(); });
 }
@@ -81,10 +86,16 @@ void AutosamplerWindow::reject() {
   finish();
 }
 
+void AutosamplerWindow::act(QAbstractButton* button, std::function<void()> action) {
+  commits_->onClick(button, std::move(action));
+}
+
 void AutosamplerWindow::runJob(std::function<void()> job, std::function<void()> after) {
   if (!presenter_.beginSequence()) return;
-  worker_.start(std::move(job), [this, after = std::move(after)] {
+  QPointer<QWidget> before = focusWidget();
+  worker_.start(std::move(job), [this, before, after = std::move(after)] {
     presenter_.endSequence();
+    commits_->restoreFocus(before);
     if (after) after();
   });
 }

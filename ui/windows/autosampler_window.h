@@ -15,7 +15,9 @@
 #include "core/platform/serial_line.h"
 #include "core/state/app_state.h"
 #include "ui/platform/instrument_worker.h"
+#include "ui/windows/naming_operator.h"
 
+class QAbstractButton;
 class QButtonGroup;
 class QCheckBox;
 class QGridLayout;
@@ -25,6 +27,7 @@ class QWidget;
 
 namespace zorvel::ui {
 
+class FieldCommits;
 class TrayPicture;
 
 // ASDILUTOR, "AS Setup": the dilutor and tray settings, the arm's manual positioning and
@@ -74,13 +77,17 @@ class AutosamplerWindow final : public QDialog, public AutosamplerView {
   QLineEdit* field(AutosamplerField which);
   QWidget* optionGroup(AutosamplerGroup group, const char* name, const char* caption,
                        const std::vector<std::pair<int, const char*>>& options);
-  // Runs arm or pump work on the worker; nothing starts while another job runs.
+  // A button whose action runs once every box it may use has been committed.
+  void act(QAbstractButton* button, std::function<void()> action);
+  // Runs arm or pump work on the worker; nothing starts while another job runs. Afterwards the
+  // focus goes back to where the operator was.
   void runJob(std::function<void()> job, std::function<void()> after = {});
   // A view update: at once on the window thread, queued from the worker.
   void onWindow(std::function<void()> update);
   void finish();
 
   AppState& state_;
+  NamingOperator naming_;
   std::unique_ptr<SerialLine> armLine_;
   std::unique_ptr<SerialLine> pumpLine_;
   Arm arm_;
@@ -97,6 +104,8 @@ class AutosamplerWindow final : public QDialog, public AutosamplerView {
   QLineEdit* xPos_ = nullptr;
   QLineEdit* yPos_ = nullptr;
   QLineEdit* height_ = nullptr;
+  QLineEdit* tube_ = nullptr;
+  FieldCommits* commits_ = nullptr;
   QWidget* savePos_ = nullptr;
   bool opened_ = false;
 };

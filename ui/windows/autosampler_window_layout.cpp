@@ -1,7 +1,7 @@
 #include "ui/windows/autosampler_window.h"
 
 // The autosampler window's controls: the dilutor and tray settings, the arm's positioning and
-// the maintenance buttons, each wired to the presenter.
+// the maintenance buttons, each wired to the presenter through the window's field commits.
 
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -13,8 +13,11 @@
 #include <QRadioButton>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <optional>
 #include <tuple>
 #include <vector>
+
+#include "ui/windows/field_commits.h"
 
 namespace zorvel::ui {
 
@@ -46,9 +49,10 @@ QLineEdit* TextBox(const char* name, int characters = 6) {
 QLineEdit* AutosamplerWindow::field(AutosamplerField which) {
   QLineEdit* box = TextBox(ControlName(which));
   fields_[which] = box;
-  connect(box, &QLineEdit::textEdited, this, [this, which](const QString& text) {
-    presenter_.fieldEdited(which, text.toStdString());
-  });
+  commits_->add(
+      box, FieldLabel(which),
+      [this, which](const std::string& text) { return presenter_.fieldEdited(which, text); },
+      [this, which] { return QString::fromStdString(presenter_.fieldText(which)); });
   return box;
 }
 
@@ -67,6 +71,8 @@ QWidget* AutosamplerWindow::optionGroup(AutosamplerGroup group, const char* name
   }
   groups_[group] = buttons;
   connect(buttons, &QButtonGroup::idClicked, this, [this, group](int index) {
+    // "Other" goes to the typed tube: the boxes are committed before anything moves.
+    if (!commits_->settle()) return;
     if (group == AutosamplerGroup::Height) {
       runJob([this, index] { presenter_.heightChosen(index); });
     } else {
@@ -170,8 +176,7 @@ void AutosamplerWindow::addArrowsAndPosition(QGridLayout* grid) {
   for (int k = 0; k < 4; ++k) {
     arrows->addWidget(moves[k].first, cells[k][0], cells[k][1]);
     const ArmArrow which = moves[k].second;
-    connect(moves[k].first, &QToolButton::clicked, this,
-            [this, which] { runJob([this, which] { presenter_.arrow(which); }); });
+    act(moves[k].first, [this, which] { runJob([this, which] { presenter_.arrow(which); }); });
   }
   grid->addLayout(arrows, 0, 0, 2, 1);
   xPos_ = TextBox("XPos");
@@ -181,13 +186,20 @@ void AutosamplerWindow::addArrowsAndPosition(QGridLayout* grid) {
   grid->addWidget(new QLabel("Y:"), 1, 1);
   grid->addWidget(yPos_, 1, 2);
   for (auto [box, axis] : {std::pair{xPos_, ArmAxis::X}, std::pair{yPos_, ArmAxis::Y}}) {
-    // Taken when the entry is finished, so that typing "150" does not send 1 and 15 first.
-    connect(box, &QLineEdit::editingFinished, this, [this, box = box, axis = axis] {
-      if (!box->isModified()) return;
-      box->setModified(false);
-      const std::string typed = box->text().toStdString();
-      runJob([this, typed, axis] { presenter_.positionTyped(axis, typed); });
-    });
+    // Checked when the entry is committed, so that typing "150" does not send 1 and 15 first;
+    // the move itself runs on the worker.
+    const ArmAxis along = axis;
+    commits_->add(
+        box, along == ArmAxis::X ? "X" : "Y",
+        [this, along](const std::string& typed) {
+          const std::optional<float> mm = presenter_.positionChecked(along, typed);
+          if (mm) runJob([this, along, to = *mm] { presenter_.moveAlong(along, to); });
+          return mm.has_value();
+        },
+        [this, along] {
+          const ArmPlacement& at = presenter_.placement();
+          return QString::number(static_cast<double>(along == ArmAxis::X ? at.ArmX : at.ArmY));
+        });
   }
   grid->addWidget(
       optionGroup(AutosamplerGroup::Increment, "Incr_grp", "Step", {{10, "10 mm"}, {1, "  1 mm"}}),
@@ -196,42 +208,57 @@ void AutosamplerWindow::addArrowsAndPosition(QGridLayout* grid) {
 
 // The heights the probe is lowered to, the tube to go to, and the buttons that act on them.
 void AutosamplerWindow::addHeightAndTube(QGridLayout* grid) {
-  grid->addWidget(optionGroup(AutosamplerGroup::Height, "Height_grp", "Height",
-                              {{1, "Rinse"},
-                               {2, "Standard"},
-                               {3, "Samples"},
-                               {4, "Rinse"},
-                               {5, "Standard"},
-                               {6, "Start Tube"},
-                               {7, "End Tube"},
-                               {8, "Other"},
-                               {9, "Sample Air Fill"},
-                               {10, "Stand. Air Fill"}}),
-                  2, 0, 5, 1);
+  // Each choice is captioned by the height it sets and where the arm goes for it. The second
+  // "Rinse" and "Standard" do exactly what the first do, so they are kept out of sight.
+  QWidget* heights = optionGroup(AutosamplerGroup::Height, "Height_grp", "Height",
+                                 {{1, "Rinse height"},
+                                  {2, "Standard height"},
+                                  {3, "Samples: tube ht."},
+                                  {4, "Rinse"},
+                                  {5, "Standard"},
+                                  {6, "Start Tube: tube ht."},
+                                  {7, "End Tube: tube ht."},
+                                  {8, "Other: tube ht."},
+                                  {9, "Sample backfill ht."},
+                                  {10, "Std. backfill ht."}});
+  QButtonGroup* choices = groups_.at(AutosamplerGroup::Height);
+  for (int hidden : {4, 5}) choices->button(hidden)->hide();
+  const std::pair<int, const char*> where[] = {
+      {1, "The rinse height, over the rinse station"},
+      {2, "The standard height, over the standard tube"},
+      {3, "The tube height, over the starting tube"},
+      {6, "The tube height, over the starting tube"},
+      {7, "The tube height, over the ending tube"},
+      {8, "The tube height, over the tube typed in \"Tube:\""},
+      {9, "The sample backfill height, over the starting tube"},
+      {10, "The standard backfill height, over the standard tube"}};
+  for (const auto& [index, tip] : where) choices->button(index)->setToolTip(tip);
+  grid->addWidget(heights, 2, 0, 5, 1);
   height_ = TextBox("THeight");
-  connect(height_, &QLineEdit::textEdited, this,
-          [this](const QString& text) { presenter_.heightTyped(text.toStdString()); });
-  auto* tube = TextBox("TubeToGoTo");
-  connect(tube, &QLineEdit::textEdited, this,
-          [this](const QString& text) { presenter_.tubeTyped(text.toStdString()); });
+  commits_->add(
+      height_, "Height", [this](const std::string& text) { return presenter_.heightTyped(text); },
+      [this] { return QString::number(presenter_.selectedHeight()); });
+  tube_ = TextBox("TubeToGoTo");
+  commits_->add(
+      tube_, "Tube", [this](const std::string& text) { return presenter_.tubeTyped(text); },
+      [this] { return QString::number(presenter_.targetTube()); });
   grid->addWidget(new QLabel("Height:"), 2, 1);
   grid->addWidget(height_, 2, 2);
-  QPushButton* lower = Button("Lower Probe", "LowerProbe");
+  QPushButton* lower = Button("&Lower Probe", "LowerProbe");
   grid->addWidget(lower, 3, 1, 1, 2);
   grid->addWidget(new QLabel("Tube:"), 4, 1);
-  grid->addWidget(tube, 4, 2);
-  QPushButton* one = Button("Go To", "One");
-  QPushButton* locate = Button("Locate", "Locate");
-  QPushButton* save = Button("Save Position", "SavePos");
+  grid->addWidget(tube_, 4, 2);
+  QPushButton* one = Button("&Go To", "One");
+  QPushButton* locate = Button("Lo&cate", "Locate");
+  QPushButton* save = Button("&Save Position", "SavePos");
   savePos_ = save;
   grid->addWidget(one, 5, 1);
   grid->addWidget(locate, 5, 2);
   grid->addWidget(save, 6, 1, 1, 2);
-  connect(lower, &QPushButton::clicked, this,
-          [this] { runJob([this] { presenter_.lowerProbe(); }); });
-  connect(one, &QPushButton::clicked, this, [this] { runJob([this] { presenter_.one(); }); });
-  connect(locate, &QPushButton::clicked, this, [this] { runJob([this] { presenter_.locate(); }); });
-  connect(save, &QPushButton::clicked, this, [this] { presenter_.savePosition(); });
+  act(lower, [this] { runJob([this] { presenter_.lowerProbe(); }); });
+  act(one, [this] { runJob([this] { presenter_.one(); }); });
+  act(locate, [this] { runJob([this] { presenter_.locate(); }); });
+  act(save, [this] { presenter_.savePosition(); });
 }
 
 QWidget* AutosamplerWindow::buildChecks() {
@@ -242,17 +269,16 @@ QWidget* AutosamplerWindow::buildChecks() {
       {Button("&Prime Pump", "PrimePump"), &AutosamplerPresenter::primePump},
       {Button("Check &Rinse", "CheckRinse"), &AutosamplerPresenter::checkRinse},
       {Button("Check &Volumes", "CheckVol"), &AutosamplerPresenter::checkVolumes},
-      {Button("Testing", "Testing"), &AutosamplerPresenter::testing}};
+      {Button("&Testing", "Testing"), &AutosamplerPresenter::testing}};
   int place = 0;
   for (const auto& [button, run] : sequences) {
     layout->addWidget(button, place / 3, place % 3);
     ++place;
-    connect(button, &QPushButton::clicked, this,
-            [this, run = run] { runJob([this, run] { (presenter_.*run)(); }); });
+    act(button, [this, run = run] { runJob([this, run] { (presenter_.*run)(); }); });
   }
-  QPushButton* done = Button("Done", "OKButton");
+  QPushButton* done = Button("&Done", "OKButton");
   layout->addWidget(done, 1, 2);
-  connect(done, &QPushButton::clicked, this, [this] { finish(); });
+  act(done, [this] { finish(); });
   return row;
 }
 

@@ -3,8 +3,8 @@
 #include <QPointF>
 #include <QWidget>
 
-#include "core/state/tray_geometry.h"
 #include "core/state/method_settings.h"
+#include "core/state/tray_geometry.h"
 
 namespace zorvel::ui {
 
