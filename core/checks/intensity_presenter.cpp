@@ -26,11 +26,14 @@ void IntensityPresenter::opened() {
   view_.clearStatus();
 }
 
-void IntensityPresenter::boxChanged(IntensityBox box, const std::string& text) {
+bool IntensityPresenter::boxChanged(IntensityBox box, const std::string& text) {
+  const IntensitySettings inForce = settings_;
   const BoxRuleOutcome outcome = ApplyBoxText(settings_, box, text);
-  if (!outcome.message) return;
+  if (!outcome.message) return true;
+  settings_ = inForce;
   op_.message(*outcome.message, "ZORVEL ERROR", BoxIcon::Exclamation);
   view_.selectBoxText(box);
+  return false;
 }
 
 void IntensityPresenter::filterClicked(int position) {

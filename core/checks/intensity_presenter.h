@@ -23,7 +23,8 @@ class IntensityPresenter {
 
   // Every setting back to its initial value; the first reading sends the full set-up.
   void opened();
-  void boxChanged(IntensityBox box, const std::string& text);
+  // A box's entry, taken when committed; false when refused, the settings kept as they were.
+  bool boxChanged(IntensityBox box, const std::string& text);
   void filterClicked(int position);
   // The voltage is taken at the click: "Selected" reads the PMTVoltage box's text then.
   void voltageClicked(int option, const std::string& pmtText);

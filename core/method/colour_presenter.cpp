@@ -71,22 +71,23 @@ void ColourPresenter::showFault(const WavelengthFault& fault) {
   view_->selectBox(slot, fault.field);
 }
 
-void ColourPresenter::boxChanged(int slot, PairField field, const std::string& typed) {
-  if (filling_ || view_ == nullptr) return;
+bool ColourPresenter::boxChanged(int slot, PairField field, const std::string& typed) {
+  if (filling_ || view_ == nullptr) return true;
   const int row = window_.PageOffset + slot;
-  if (row < 1 || row > kMaxColours) return;
+  if (row < 1 || row > kMaxColours) return true;
   if (typed.empty()) {
     valueOf(pair(row), field) = -1;
-    return;
+    return true;
   }
   const std::optional<double> value = text::parseNumber(typed);
   if (!value) {
     op_.message("Non-numeric entry.  Please try again.", "ZORVEL ERROR", BoxIcon::Exclamation);
     view_->selectBox(slot, field);
-    return;
+    return false;
   }
   valueOf(pair(row), field) = static_cast<float>(*value);
   if (field == PairField::ExWl) AutoColour(row);
+  return true;
 }
 
 void ColourPresenter::AutoColour(int row) {

@@ -44,7 +44,9 @@ class ColourPresenter {
   void showFault(const WavelengthFault& fault);
 
   // A text box of the shown page changed.
-  void boxChanged(int slot, PairField field, const std::string& text);
+  // A box's entry, taken when committed; false when it is not a number (the row keeps its
+  // value).
+  bool boxChanged(int slot, PairField field, const std::string& text);
   void nextPage();
   void previousPage();
   // OK: false while the window stays open.

@@ -62,27 +62,30 @@ void MethodEditor::warn(const std::string& message, MethodControl box) {
   view().selectText(box);
 }
 
-void MethodEditor::textChanged(MethodControl box, const std::string& text) {
-  if (filling_) return;
+bool MethodEditor::textCommitted(MethodControl box, const std::string& text) {
+  if (filling_) return true;
   if (box == C::Op_Box) {
     state_.Method.Operator = text;
   } else if (box == C::sampid_box) {
     state_.Method.StudyId = text;
   } else {
-    numberChanged(box, text);
+    return numberChanged(box, text);
   }
+  return true;
 }
 
-void MethodEditor::numberChanged(MethodControl box, const std::string& text) {
+// A refused entry (a warning) leaves the record as it was: the box shows the value in force
+// again, so what is shown is always what a run or a save would use.
+bool MethodEditor::numberChanged(MethodControl box, const std::string& text) {
   const NumericBox* rule = numericBox(box);
-  if (rule == nullptr) return;
-  // A lone minus sign is the start of a negative scan speed, not a mistake.
-  if (box == C::ScnSpd_Box && text == "-") return;
+  if (rule == nullptr) return true;
   if (text.empty()) {
-    if (rule->empty == EmptyText::KeepValue) return;
-    store(box, rule->sentinel);
-    if (rule->empty == EmptyText::SentinelWithWarning) warn(kMessageNumeric, box);
-    return;
+    if (rule->empty == EmptyText::SentinelWithWarning) {
+      warn(kMessageNumeric, box);
+      return false;
+    }
+    if (rule->empty == EmptyText::Sentinel) store(box, rule->sentinel);
+    return true;
   }
   std::optional<double> value = text::parseNumber(text);
   if (value && rule->integer) {
@@ -91,22 +94,20 @@ void MethodEditor::numberChanged(MethodControl box, const std::string& text) {
   }
   if (!value) {
     if (box == C::ScnSpd_Box) op_.beep();
-    store(box, rule->sentinel);
     warn(rule->badTextMessage, box);
-    return;
+    return false;
   }
   if (box == C::nColors_Box && (*value < 1 || *value > kMaxColours)) {
-    store(box, -1);
     warn("Number of colors must be between 1 and 30.", box);
-    return;
+    return false;
   }
   if (box == C::PMTVoltage && (*value < 0 || *value > 900)) {
-    store(box, -1);
     warn("PMT voltage must be between 0 and 900.", box);
-    return;
+    return false;
   }
   store(box, *value);
   if (box == C::nColors_Box) state_.Method.NoPures = state_.Method.NoColors;
+  return true;
 }
 
 void MethodEditor::store(MethodControl box, double value) {
@@ -209,28 +210,54 @@ void MethodEditor::showScanType() {
   view().setControlVisible(C::Colors_Button, state_.Method.Fixed);
 }
 
-void MethodEditor::showNumbers() {
+std::string MethodEditor::textOf(MethodControl box) const {
   const MethodSettings& m = state_.Method;
   const auto single = [](float v) { return text::plainSingle(v); };
-  MethodEditorView& v = view();
-  v.showText(C::Op_Box, m.Operator);
-  v.showText(C::sampid_box, m.StudyId);
-  v.showText(C::AmtSolv_Box, single(m.AmtSolvent));
-  v.showText(C::swell_box, editor_.FirstSampleNumber < 0
-                               ? std::string()
-                               : std::to_string(editor_.FirstSampleNumber));
-  v.showText(C::NumReps_Box, std::to_string(m.Repetitions));
-  v.showText(C::nColors_Box, std::to_string(m.NoColors));
-  v.showText(C::RdTime_Box, single(m.ReadTime));
-  v.showText(C::RdTimePures_Box, single(m.ReadTimePures));
-  v.showText(C::ScnSpd_Box, single(m.ScanSpeed));
-  v.showText(C::PMTVoltage, m.PMTVoltage < 0 ? std::string() : single(m.PMTVoltage));
-  v.showText(C::ExSlSync_Box, single(m.SynchScan.ExSl));
-  v.showText(C::EmSlSync_Box, single(m.SynchScan.EmSl));
-  v.showText(C::ScanLL_Box, single(m.SynchScan.LowerLimit));
-  v.showText(C::ScanUL_Box, single(m.SynchScan.UpperLimit));
-  v.showText(C::ScanOff_Box, single(m.SynchScan.MonochromatorOffset));
-  v.showText(C::ScanDInt_Box, single(m.SynchScan.ScanDataInterval));
+  switch (box) {
+    case C::Op_Box:
+      return m.Operator;
+    case C::sampid_box:
+      return m.StudyId;
+    case C::AmtSolv_Box:
+      return single(m.AmtSolvent);
+    case C::swell_box:
+      return editor_.FirstSampleNumber < 0 ? std::string()
+                                           : std::to_string(editor_.FirstSampleNumber);
+    case C::NumReps_Box:
+      return std::to_string(m.Repetitions);
+    case C::nColors_Box:
+      return std::to_string(m.NoColors);
+    case C::RdTime_Box:
+      return single(m.ReadTime);
+    case C::RdTimePures_Box:
+      return single(m.ReadTimePures);
+    case C::ScnSpd_Box:
+      return single(m.ScanSpeed);
+    case C::PMTVoltage:
+      return m.PMTVoltage < 0 ? std::string() : single(m.PMTVoltage);
+    case C::ExSlSync_Box:
+      return single(m.SynchScan.ExSl);
+    case C::EmSlSync_Box:
+      return single(m.SynchScan.EmSl);
+    case C::ScanLL_Box:
+      return single(m.SynchScan.LowerLimit);
+    case C::ScanUL_Box:
+      return single(m.SynchScan.UpperLimit);
+    case C::ScanOff_Box:
+      return single(m.SynchScan.MonochromatorOffset);
+    case C::ScanDInt_Box:
+      return single(m.SynchScan.ScanDataInterval);
+    default:
+      return {};
+  }
+}
+
+void MethodEditor::showNumbers() {
+  for (C box :
+       {C::Op_Box, C::sampid_box, C::AmtSolv_Box, C::swell_box, C::NumReps_Box, C::nColors_Box,
+        C::RdTime_Box, C::RdTimePures_Box, C::ScnSpd_Box, C::PMTVoltage, C::ExSlSync_Box,
+        C::EmSlSync_Box, C::ScanLL_Box, C::ScanUL_Box, C::ScanOff_Box, C::ScanDInt_Box})
+    view().showText(box, textOf(box));
 }
 
 void MethodEditor::showOptions() {

@@ -59,8 +59,11 @@ class MethodEditor {
   void showMethod();
   void ControlsVisible(bool enabled);
 
-  // Change handlers, one per control kind.
-  void textChanged(MethodControl box, const std::string& text);
+  // Change handlers, one per control kind. A box's text is taken when the operator commits it;
+  // false when it is refused (after a warning), the record keeping the value in force.
+  bool textCommitted(MethodControl box, const std::string& text);
+  // What a box shows for the value in force.
+  std::string textOf(MethodControl box) const;
   void optionClicked(MethodControl group, int index);
   void checkChanged(MethodControl box, bool checked);
   void focused(MethodControl box);
@@ -85,7 +88,7 @@ class MethodEditor {
  private:
   MethodEditorView& view() { return view_ != nullptr ? *view_ : noView_; }
   void warn(const std::string& message, MethodControl box);
-  void numberChanged(MethodControl box, const std::string& text);
+  bool numberChanged(MethodControl box, const std::string& text);
   void store(MethodControl box, double value);
   void showNumbers();
   void showOptions();

@@ -85,30 +85,28 @@ TEST_F(IntensityTest, DefaultVoltageFilterAndBoxChangesGoOutWithTheNextSetUp) {
   EXPECT_TRUE(presenter.settings().settingsChanged);
 }
 
-TEST_F(IntensityTest, BoxRulesTellNonNumbersAndEmptyBoxesRefuseTheReading) {
-  presenter.boxChanged(IntensityBox::ExWl, "abc");
-  presenter.boxChanged(IntensityBox::EmWl, "");
-  presenter.boxChanged(IntensityBox::RdTime, "");
+TEST_F(IntensityTest, BoxRulesRefuseNonNumbersAndEmptyBoxesRefuseTheReading) {
+  // A refused entry keeps the setting in force; an empty wavelength box is taken as no value.
+  EXPECT_FALSE(presenter.boxChanged(IntensityBox::ExWl, "abc"));
+  EXPECT_TRUE(presenter.boxChanged(IntensityBox::EmWl, ""));
+  EXPECT_FALSE(presenter.boxChanged(IntensityBox::RdTime, ""));
   EXPECT_EQ((std::vector<std::string>{"Non-numeric entry.  Please try again.",
                                       "Answer must be numeric.  Please try again."}),
             texts());
   EXPECT_EQ("ZORVEL ERROR", op.messages()[0].title);
   EXPECT_EQ((std::vector<IntensityBox>{IntensityBox::ExWl, IntensityBox::RdTime}), view.selected);
-  EXPECT_EQ(-1, presenter.settings().excitationNm);
+  EXPECT_EQ(350, presenter.settings().excitationNm);
   EXPECT_EQ(-1, presenter.settings().emissionNm);
-  EXPECT_EQ(0.0f, presenter.settings().readTimeS);
+  EXPECT_EQ(1.0f, presenter.settings().readTimeS);
 
   EXPECT_FALSE(presenter.readSample());
   EXPECT_EQ(
-      "The excitation wavelength must be from 200 to 800 nm.  Please correct it before "
+      "The emission wavelength must be from 200 to 900 nm.  Please correct it before "
       "reading.",
       op.messages().back().text);
-  EXPECT_EQ(IntensityBox::ExWl, view.selected.back());
-  presenter.boxChanged(IntensityBox::ExWl, "350");
+  EXPECT_EQ(IntensityBox::EmWl, view.selected.back());
   presenter.boxChanged(IntensityBox::EmWl, "397.5");
   EXPECT_EQ(398, presenter.settings().emissionNm);
-  EXPECT_FALSE(presenter.readSample());
-  EXPECT_EQ(IntensityBox::RdTime, view.selected.back());
   EXPECT_TRUE(peer.sent.empty());
   EXPECT_FALSE(line.isOpen());
 }

@@ -28,47 +28,46 @@ struct Editor {
   MethodEditor editor{state, op};
 };
 
-TEST(MethodEditorFields, EachBoxWritesTheRecordWithItsOwnBadAndEmptyRules) {
+TEST(MethodEditorFields, EachCommittedBoxWritesTheRecordOrIsRefusedKeepingTheValueInForce) {
   Editor e;
   MethodSettings& m = e.state.Method;
-  e.editor.textChanged(C::ScnSpd_Box, "-");  // the start of a negative speed
-  EXPECT_EQ(m.ScanSpeed, 480);
-  e.editor.textChanged(C::ScnSpd_Box, "-5");
+  EXPECT_TRUE(e.editor.textCommitted(C::ScnSpd_Box, "-5"));
   EXPECT_EQ(m.ScanSpeed, -5);
   EXPECT_TRUE(e.op.shown.empty());
-  e.editor.textChanged(C::ScnSpd_Box, "-5q");
-  EXPECT_EQ(m.ScanSpeed, 0);
-  EXPECT_EQ(e.op.beeps, 1);
+  EXPECT_FALSE(e.editor.textCommitted(C::ScnSpd_Box, "-"));
+  EXPECT_FALSE(e.editor.textCommitted(C::ScnSpd_Box, "-5q"));
+  EXPECT_EQ(m.ScanSpeed, -5);
+  EXPECT_EQ(e.editor.textOf(C::ScnSpd_Box), "-5");
+  EXPECT_EQ(e.op.beeps, 2);
   EXPECT_EQ(e.lastMessage(), "Answer must be numeric.  Please try again.");
   EXPECT_EQ(e.op.messages().back().title, "ZORVEL ERROR");
   EXPECT_EQ(e.view.selected, C::ScnSpd_Box);
 
-  e.editor.textChanged(C::ScanUL_Box, "");  // cleared silently
-  EXPECT_EQ(e.op.messages().size(), 1u);
-  e.editor.textChanged(C::ScanLL_Box, "");  // warns at once
+  EXPECT_TRUE(e.editor.textCommitted(C::ScanUL_Box, ""));  // cleared silently
   EXPECT_EQ(e.op.messages().size(), 2u);
-  EXPECT_EQ(m.SynchScan.LowerLimit, -1);
+  EXPECT_FALSE(e.editor.textCommitted(C::ScanLL_Box, ""));  // warns
+  EXPECT_EQ(e.op.messages().size(), 3u);
+  EXPECT_NE(m.SynchScan.LowerLimit, -1);
   EXPECT_EQ(m.SynchScan.UpperLimit, -1);
 
-  e.editor.textChanged(C::AmtSolv_Box, "");
+  EXPECT_TRUE(e.editor.textCommitted(C::AmtSolv_Box, ""));
   EXPECT_EQ(m.AmtSolvent, 2.5f);
-  e.editor.textChanged(C::nColors_Box, "31");
+  const std::int16_t colours = m.NoColors;
+  EXPECT_FALSE(e.editor.textCommitted(C::nColors_Box, "31"));
   EXPECT_EQ(e.lastMessage(), "Number of colors must be between 1 and 30.");
-  EXPECT_EQ(m.NoColors, -1);
-  e.editor.textChanged(C::nColors_Box, "30");
+  EXPECT_EQ(m.NoColors, colours);
+  EXPECT_TRUE(e.editor.textCommitted(C::nColors_Box, "30"));
   EXPECT_EQ(m.NoColors, 30);
   EXPECT_EQ(m.NoPures, 30);
-  e.editor.textChanged(C::PMTVoltage, "901");
+  EXPECT_FALSE(e.editor.textCommitted(C::PMTVoltage, "901"));
   EXPECT_EQ(e.lastMessage(), "PMT voltage must be between 0 and 900.");
-  EXPECT_EQ(m.PMTVoltage, -1);
-  e.editor.textChanged(C::NumReps_Box, "2.5");  // halves to even
+  EXPECT_TRUE(e.editor.textCommitted(C::NumReps_Box, "2.5"));  // halves to even
   EXPECT_EQ(m.Repetitions, 2);
-  e.editor.textChanged(C::swell_box, "one");
+  EXPECT_FALSE(e.editor.textCommitted(C::swell_box, "one"));
   EXPECT_EQ(e.lastMessage(), "Answer must be a positive integer.  Please try again.");
-  EXPECT_EQ(e.editor.state().FirstSampleNumber, -1);
-  e.editor.textChanged(C::Op_Box, " A. N. ");
+  EXPECT_TRUE(e.editor.textCommitted(C::Op_Box, " A. N. "));
   EXPECT_EQ(m.Operator, " A. N. ");
-  EXPECT_EQ(e.op.messages().size(), 5u);
+  EXPECT_EQ(e.op.messages().size(), 6u);
 }
 
 TEST(MethodEditorFields, OptionGroupsStoreTheirIndexAndShowWhatBelongsToThem) {

@@ -1,5 +1,6 @@
 #include <QAction>
 #include <QComboBox>
+#include <QFocusEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -36,12 +37,16 @@ T* child(QWidget* parent, const QString& name) {
   return found;
 }
 
-// Types into a box as a person does: the focus selects its text, the keys replace it.
+// Types into a box as a person does: the focus selects its text, the keys replace it, and
+// leaving the box commits the entry.
 void type(QWidget* parent, const QString& name, const QString& text) {
   auto* box = child<QLineEdit>(parent, name);
   box->setFocus();
   box->selectAll();
   QTest::keyClicks(box, text);
+  QFocusEvent left(QEvent::FocusOut, Qt::TabFocusReason);
+  QCoreApplication::sendEvent(box, &left);
+  QCoreApplication::processEvents();
 }
 
 void click(QWidget* parent, const QString& name) {

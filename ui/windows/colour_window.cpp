@@ -8,11 +8,15 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ui/windows/field_commits.h"
+
 namespace zorvel::ui {
 
 namespace {
 
 constexpr const char* kBoxNames[] = {"ExWl_grp", "EmWl_grp", "ExSl_grp", "EmSl_grp"};
+constexpr const char* kBoxCaptions[] = {"Exitation wavelength", "Emission wavelength",
+                                        "Exitation slit", "Emission slit"};
 constexpr PairField kFields[] = {PairField::ExWl, PairField::EmWl, PairField::ExSl,
                                  PairField::EmSl};
 
@@ -25,8 +29,8 @@ QPushButton* pushButton(const char* caption, const char* objectName) {
 
 }  // namespace
 
-ColourWindow::ColourWindow(ColourPresenter& presenter, QWidget* parent)
-    : QDialog(parent), presenter_(presenter) {
+ColourWindow::ColourWindow(ColourPresenter& presenter, QWidget* parent, NamingOperator* naming)
+    : QDialog(parent), presenter_(presenter), commits_(new FieldCommits(this, naming)) {
   setObjectName("COLORS");
   setWindowTitle("Colors");
   setModal(true);
@@ -56,9 +60,16 @@ ColourWindow::ColourWindow(ColourPresenter& presenter, QWidget* parent)
       row.boxes.at(static_cast<std::size_t>(column)) = edit;
       grid->addWidget(edit, slot + 1, column + 1);
       const PairField field = kFields[column];
-      connect(edit, &QLineEdit::textChanged, this, [this, slot, field](const QString& t) {
-        presenter_.boxChanged(slot, field, t.toLatin1().toStdString());
-      });
+      QLabel* rowLabel = row.label;
+      commits_->add(
+          edit,
+          [rowLabel, column] {
+            return QString("Row %1, %2").arg(rowLabel->text(), kBoxCaptions[column]);
+          },
+          [this, slot, field](const std::string& typed) {
+            const QByteArray latin = QString::fromStdString(typed).toLatin1();
+            return presenter_.boxChanged(slot, field, latin.toStdString());
+          });
     }
     row.colours = new QComboBox;
     row.colours->setObjectName(QString("CList_grp_%1").arg(slot));
@@ -69,11 +80,13 @@ ColourWindow::ColourWindow(ColourPresenter& presenter, QWidget* parent)
   }
   previous_ = pushButton("&Prev 15", "Prev15");
   next_ = pushButton("&Next 15", "Next15");
-  QPushButton* ok = pushButton("OK", "OK");
+  QPushButton* ok = pushButton("&OK", "OK");
+  // Return in the window confirms, as in every dialog.
+  ok->setDefault(true);
   QPushButton* cancel = pushButton("&Cancel", "Cancel");
-  connect(previous_, &QPushButton::clicked, this, [this] { presenter_.previousPage(); });
-  connect(next_, &QPushButton::clicked, this, [this] { presenter_.nextPage(); });
-  connect(ok, &QPushButton::clicked, this, [this] { presenter_.confirm(); });
+  commits_->onClick(previous_, [this] { presenter_.previousPage(); });
+  commits_->onClick(next_, [this] { presenter_.nextPage(); });
+  commits_->onClick(ok, [this] { presenter_.confirm(); });
   connect(cancel, &QPushButton::clicked, this, [this] { presenter_.cancel(); });
   auto* buttons = new QHBoxLayout;
   for (QPushButton* b : {previous_, next_, ok, cancel}) buttons->addWidget(b);

@@ -12,12 +12,16 @@ class QPushButton;
 
 namespace zorvel::ui {
 
+class FieldCommits;
+class NamingOperator;
+
 // COLORS, the colour window: 15 rows of the fixed-wavelength pairs, a page at a time. The
 // rules live in ColourPresenter.
 class ColourWindow final : public QDialog, public ColourView {
   Q_OBJECT
  public:
-  ColourWindow(ColourPresenter& presenter, QWidget* parent = nullptr);
+  ColourWindow(ColourPresenter& presenter, QWidget* parent = nullptr,
+               NamingOperator* naming = nullptr);
 
   void setRowVisible(int slot, bool visible) override;
   void setRowLabel(int slot, const std::string& text) override;
@@ -42,6 +46,7 @@ class ColourWindow final : public QDialog, public ColourView {
   QLineEdit* box(int slot, PairField field) const;
 
   ColourPresenter& presenter_;
+  FieldCommits* commits_ = nullptr;
   std::array<Row, kColourRowsPerPage + 1> rows_{};
   QPushButton* previous_ = nullptr;
   QPushButton* next_ = nullptr;

@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "ui/platform/gui_thread.h"
+#include "ui/windows/field_commits.h"
 
 namespace zorvel::ui {
 
@@ -36,7 +37,11 @@ constexpr BoxSpec kBoxes[] = {
 
 IntensityWindow::IntensityWindow(AppState& state, Operator& op, Clock& clock,
                                  std::unique_ptr<SerialLine> line, QWidget* parent)
-    : QDialog(parent), line_(std::move(line)), presenter_(state, op, clock, *line_, *this) {
+    : QDialog(parent),
+      naming_(op),
+      line_(std::move(line)),
+      presenter_(state, naming_, clock, *line_, *this),
+      commits_(new FieldCommits(this, &naming_)) {
   setObjectName("INTENSE");
   setWindowTitle("Intensity Check");
   settingsPanel_ = new QWidget;
@@ -53,9 +58,9 @@ IntensityWindow::IntensityWindow(AppState& state, Operator& op, Clock& clock,
   status_->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
   status_->setFrameShape(QFrame::StyledPanel);
   status_->setMinimumHeight(status_->fontMetrics().lineSpacing() * 2 + 8);
-  start_ = new QPushButton("Read Sample");
+  start_ = new QPushButton("&Read Sample");
   start_->setObjectName("Start");
-  auto* cancel = new QPushButton("Cancel");
+  auto* cancel = new QPushButton("&Cancel");
   cancel->setObjectName("Cancel");
   auto* buttons = new QHBoxLayout;
   buttons->addStretch();
@@ -66,7 +71,7 @@ IntensityWindow::IntensityWindow(AppState& state, Operator& op, Clock& clock,
   layout->addWidget(status_);
   layout->addLayout(buttons);
 
-  connect(start_, &QPushButton::clicked, this, [this] { readSample(); });
+  commits_->onClick(start_, [this] { readSample(); });
   connect(cancel, &QPushButton::clicked, this, [this] { reject(); });
   updating_ = true;
   presenter_.opened();
@@ -85,8 +90,8 @@ QWidget* IntensityWindow::buildBoxes() {
     edit->setObjectName(spec.name);
     form->addRow(spec.caption, edit);
     boxes_[spec.box] = edit;
-    connect(edit, &QLineEdit::textChanged, this, [this, box = spec.box](const QString& text) {
-      if (!updating_) presenter_.boxChanged(box, text.toStdString());
+    commits_->add(edit, spec.caption, [this, box = spec.box](const std::string& text) {
+      return updating_ || presenter_.boxChanged(box, text);
     });
   }
   return panel;

@@ -7,6 +7,7 @@
 #include "core/checks/intensity_presenter.h"
 #include "core/checks/intensity_view.h"
 #include "ui/platform/instrument_worker.h"
+#include "ui/windows/naming_operator.h"
 
 class QButtonGroup;
 class QGroupBox;
@@ -15,6 +16,8 @@ class QLineEdit;
 class QPushButton;
 
 namespace zorvel::ui {
+
+class FieldCommits;
 
 // INTENSE, "Intensity Check": single readings at settings typed in. The reading runs on the
 // instrument worker while the window repaints; the rules live in IntensityPresenter.
@@ -48,8 +51,10 @@ class IntensityWindow final : public QDialog, public IntensityView {
   void readSample();
   void renderStatus();
 
+  NamingOperator naming_;
   std::unique_ptr<SerialLine> line_;
   IntensityPresenter presenter_;
+  FieldCommits* commits_ = nullptr;
   InstrumentWorker worker_;
   std::map<IntensityBox, QLineEdit*> boxes_;
   QButtonGroup* filter_ = nullptr;

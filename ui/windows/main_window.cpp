@@ -17,6 +17,7 @@
 #include "ui/platform/instrument_worker.h"
 #include "ui/windows/autosampler_window.h"
 #include "ui/windows/disclaimer_dialog.h"
+#include "ui/windows/field_commits.h"
 #include "ui/windows/intensity_window.h"
 #include "ui/windows/method_form.h"
 #include "ui/windows/run_window.h"
@@ -31,7 +32,8 @@ MainWindow::MainWindow(AppState& state, Operator& op, Clock& clock, Printer& pri
     : QMainWindow(parent),
       state_(state),
       op_(op),
-      presenter_(state, op, clock, printer, *this),
+      naming_(op),
+      presenter_(state, naming_, clock, printer, *this),
       clock_(clock),
       printer_(printer) {
   setObjectName("MAIN");
@@ -123,18 +125,20 @@ QWidget* MainWindow::buildMethodForm() {
   files->addWidget(medians_, 3, 1);
   files->setColumnStretch(1, 1);
 
-  form_ = new MethodForm(presenter_.methodEditor());
-  cancel_ = new QPushButton("Cancel");
+  form_ = new MethodForm(presenter_.methodEditor(), &naming_);
+  cancel_ = new QPushButton("Ca&ncel");
   cancel_->setObjectName("CancelButton");
   connect(cancel_, &QPushButton::clicked, this, [this] { presenter_.cancelMethod(); });
   save_ = new QPushButton("&Save As");
   save_->setObjectName("Save");
   save_->setEnabled(false);
-  connect(save_, &QPushButton::clicked, this, [this] { presenter_.save(); });
-  ok_ = new QPushButton("OK");
+  // Both lead into a run with what the boxes show: an entry still being typed is committed
+  // first, and a refused one stops them.
+  form_->commits().onClick(save_, [this] { presenter_.save(); });
+  ok_ = new QPushButton("&OK");
   ok_->setObjectName("OKButton");
   ok_->setEnabled(false);
-  connect(ok_, &QPushButton::clicked, this, [this] { presenter_.okButton(); });
+  form_->commits().onClick(ok_, [this] { presenter_.okButton(); });
 
   auto* layout = new QVBoxLayout(form);
   layout->addWidget(currentFiles_);

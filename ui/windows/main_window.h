@@ -8,6 +8,7 @@
 #include "core/checks/watercell_record.h"
 #include "core/platform/line_source.h"
 #include "core/quality/quality_checks.h"
+#include "ui/windows/naming_operator.h"
 
 class QAction;
 class QGroupBox;
@@ -67,6 +68,7 @@ class MainWindow final : public QMainWindow, public MainView {
 
   AppState& state_;
   Operator& op_;
+  NamingOperator naming_;
   MainPresenter presenter_;
   std::map<MainMenu, QAction*> actions_;
   QGroupBox* currentFiles_ = nullptr;

@@ -15,6 +15,7 @@
 #include <algorithm>
 
 #include "ui/windows/colour_window.h"
+#include "ui/windows/field_commits.h"
 
 namespace zorvel::ui {
 
@@ -35,7 +36,8 @@ QGroupBox* frame(MethodControl control, const QString& caption) {
 
 }  // namespace
 
-MethodForm::MethodForm(MethodEditor& editor, QWidget* parent) : QWidget(parent), editor_(editor) {
+MethodForm::MethodForm(MethodEditor& editor, NamingOperator* naming, QWidget* parent)
+    : QWidget(parent), editor_(editor), naming_(naming), commits_(new FieldCommits(this, naming)) {
   setObjectName("MethodEditor");
   // Three columns over one row of the small choices, so the whole main window fits a
   // 1024 x 768 screen.
@@ -50,12 +52,17 @@ MethodForm::MethodForm(MethodEditor& editor, QWidget* parent) : QWidget(parent),
   layout->addStretch();
 }
 
-QWidget* MethodForm::textBox(MethodControl box) {
+QWidget* MethodForm::textBox(MethodControl box, const char* caption) {
   auto* edit = new QLineEdit;
   edit->setObjectName(name(box));
   widgets_[box] = edit;
-  connect(edit, &QLineEdit::textChanged, this,
-          [this, box](const QString& t) { editor_.textChanged(box, t.toLatin1().toStdString()); });
+  commits_->add(
+      edit, caption,
+      [this, box](const std::string& typed) {
+        const QByteArray latin = QString::fromStdString(typed).toLatin1();
+        return editor_.textCommitted(box, latin.toStdString());
+      },
+      [this, box] { return QString::fromLatin1(editor_.textOf(box).c_str()); });
   edit->installEventFilter(this);
   return edit;
 }
@@ -67,7 +74,7 @@ QLabel* MethodForm::caption(MethodControl box, const char* text) {
 }
 
 void MethodForm::addField(QFormLayout* form, const char* text, MethodControl box) {
-  form->addRow(caption(box, text), textBox(box));
+  form->addRow(caption(box, text), textBox(box, text));
 }
 
 QWidget* MethodForm::optionGroup(MethodControl group, const QString& caption,
@@ -130,7 +137,7 @@ QWidget* MethodForm::buildFieldsColumn() {
   form->addRow(qxPanel_);
 
   auto* speed = new QHBoxLayout;
-  speed->addWidget(textBox(C::ScnSpd_Box));
+  speed->addWidget(textBox(C::ScnSpd_Box, "Scan Speed:"));
   speed->addWidget(caption(C::ScnSpd_Box, "nm/min."));
   form->addRow(caption(C::ScnSpd_Box, "Scan Speed:"), speed);
   // The hidden panel's caption column is as wide as the form's, so that its box lines up with
@@ -185,7 +192,7 @@ QWidget* MethodForm::buildOptionsColumn() {
                                  {7, "None"},
                                  {8, "1% transmittance attenuator"}}));
   QWidget* pmt = optionGroup(C::Voltage_grp, "PMT Voltage", {{1, "Default"}, {2, "Selected"}});
-  pmt->layout()->addWidget(textBox(C::PMTVoltage));
+  pmt->layout()->addWidget(textBox(C::PMTVoltage, "PMT Voltage"));
   layout->addWidget(pmt);
   return column;
 }
@@ -202,12 +209,12 @@ QLayout* MethodForm::buildChoicesRow() {
   row->addLayout(checks);
   auto* buttons = new QVBoxLayout;
   buttons->addWidget(button(C::Colors_Button, "&Edit Colors"));
-  buttons->addWidget(button(C::ASSetup, "AS Setup"));
+  buttons->addWidget(button(C::ASSetup, "&AS Setup"));
   row->addLayout(buttons);
-  connect(static_cast<QPushButton*>(widgets_[C::Colors_Button]), &QPushButton::clicked, this,
-          [this] { editor_.editColours(); });
-  connect(static_cast<QPushButton*>(widgets_[C::ASSetup]), &QPushButton::clicked, this,
-          [this] { editor_.autosamplerSetup(); });
+  commits_->onClick(static_cast<QPushButton*>(widgets_[C::Colors_Button]),
+                    [this] { editor_.editColours(); });
+  commits_->onClick(static_cast<QPushButton*>(widgets_[C::ASSetup]),
+                    [this] { editor_.autosamplerSetup(); });
   widgets_[C::ASSetup]->setEnabled(false);
   return row;
 }
@@ -319,7 +326,7 @@ void MethodForm::showMethodFile(const std::string& t) {
 }
 
 void MethodForm::showColourWindow() {
-  ColourWindow window(editor_.colours(), this);
+  ColourWindow window(editor_.colours(), this, naming_);
   editor_.colourWindowOpened(window);
   window.exec();
 }

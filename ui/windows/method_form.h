@@ -14,13 +14,21 @@ class QPushButton;
 
 namespace zorvel::ui {
 
+class FieldCommits;
+class NamingOperator;
+
 // The method editor's controls on METHODFORM: every field of the method with its label, the
 // option groups in their frames, "&Edit Colors" and "AS Setup". The rules live in
 // MethodEditor; this widget shows what it is told and hands every change over.
 class MethodForm final : public QWidget, public MethodEditorView {
   Q_OBJECT
  public:
-  explicit MethodForm(MethodEditor& editor, QWidget* parent = nullptr);
+  // Messages about a box's entry name the box through `naming`, when given.
+  explicit MethodForm(MethodEditor& editor, NamingOperator* naming = nullptr,
+                      QWidget* parent = nullptr);
+
+  // The form's boxes, committed before any button that uses them acts.
+  FieldCommits& commits() { return *commits_; }
 
   // The main window's controls the editor speaks of: "&Save As", OK, the method-file label and
   // the tray-file label with its caption.
@@ -45,7 +53,7 @@ class MethodForm final : public QWidget, public MethodEditorView {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  QWidget* textBox(MethodControl box);
+  QWidget* textBox(MethodControl box, const char* name);
   QLabel* caption(MethodControl box, const char* text);
   void addField(QFormLayout* form, const char* text, MethodControl box);
   QWidget* optionGroup(MethodControl group, const QString& caption,
@@ -60,6 +68,8 @@ class MethodForm final : public QWidget, public MethodEditorView {
   MethodControl controlOf(const QObject* widget) const;
 
   MethodEditor& editor_;
+  NamingOperator* naming_;
+  FieldCommits* commits_ = nullptr;
   std::map<MethodControl, QWidget*> widgets_;
   std::map<MethodControl, QButtonGroup*> groups_;
   std::map<MethodControl, std::vector<QLabel*>> captions_;
