@@ -40,6 +40,12 @@ void RunAlertLog::append(const std::string& what, const std::vector<std::string>
   std::string line = text::formatDate(now) + "\t" + text::formatTime(now) + "\tTube " +
                      text::fixed(static_cast<double>(tube_), 0) + "\t" + label_ + "\t" + what;
   for (const std::string& d : details) line += "\t" + d;
+  if (listener_) {
+    std::string told =
+        "Tube " + text::fixed(static_cast<double>(tube_), 0) + " " + label_ + ": " + what;
+    for (const std::string& d : details) told += "; " + d;
+    listener_(told);
+  }
   line += state_.LineEnding;
   // A log that cannot be written must not stop the run either; the closing box still
   // points the operator at it.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,10 @@ class RunAlertLog final : public UnattendedAlerts {
   bool logged() const { return logged_; }
   void clear() { logged_ = false; }
   const std::string& path() const { return state_.DataSet.LogFilePath; }
+  // Told each line as it is logged (what happened and its details, without the time stamp).
+  void setListener(std::function<void(const std::string&)> listener) {
+    listener_ = std::move(listener);
+  }
 
  private:
   void append(const std::string& what, const std::vector<std::string>& details);
@@ -40,6 +45,7 @@ class RunAlertLog final : public UnattendedAlerts {
   int tube_ = 0;
   std::string label_;
   bool logged_ = false;
+  std::function<void(const std::string&)> listener_;
 };
 
 // The run's operator while no one is at the bench: the fluorimeter's error boxes, which only

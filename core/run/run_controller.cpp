@@ -168,6 +168,9 @@ RunState RunController::state() const {
 bool RunController::controlDataExist() const {
   return engine_->checks().ControlCount() > 0;
 }
+TrayStatusBoard& RunController::trayStatus() {
+  return engine_->trayStatus();
+}
 int RunController::sampleNumber() const {
   return engine_->numbering().current();
 }

@@ -8,6 +8,7 @@
 #include "core/run/run_services.h"
 #include "core/run/run_types.h"
 #include "core/run/run_view.h"
+#include "core/run/tray_status.h"
 
 namespace zorvel {
 
@@ -83,6 +84,8 @@ class RunController {
   // After Quit: the control database holds entries, so the trend window is due.
   bool controlDataExist() const;
   int sampleNumber() const;
+  // Where a tray run stands (any thread).
+  TrayStatusBoard& trayStatus();
   // Readings the operator gave up writing (the disk refused their records).
   int readingsNotRecorded() const;
 

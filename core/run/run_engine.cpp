@@ -129,13 +129,37 @@ void RunEngine::ResetSamp_Click() {
 void RunEngine::keyDown(Key key) {
   // Abort and pause act between tubes; a cuvette run has none, so the keys do nothing there.
   if (state_.Method.DeliveryMethod != 2) return;
-  keys_.keyDown(key);
+  switch (keys_.keyDown(key)) {
+    case StopKeys::Request::Abort:
+      trayStatus_.abortRequested();
+      break;
+    case StopKeys::Request::Pause:
+      trayStatus_.pauseRequested();
+      break;
+    case StopKeys::Request::Resume:
+      trayStatus_.resumed();
+      break;
+    case StopKeys::Request::None:
+      break;
+  }
 }
 
 bool RunEngine::checkpoint(const std::function<void()>& yield) {
-  return keys_.CheckStopKeys({op_, clock_, yield, [this](bool paused) {
-                                machine_.fire(paused ? RunEvent::Pause : RunEvent::Resume);
-                              }});
+  const bool abortAsked = trayStatus_.snapshot().state == TrayRunState::AbortRequested;
+  // The question is asked under its own status, not under the step before it.
+  if (abortAsked && !keys_.terminating()) display_.status("Abort requested");
+  const bool ends =
+      keys_.CheckStopKeys({op_, clock_, yield, [this](bool paused) {
+                             machine_.fire(paused ? RunEvent::Pause : RunEvent::Resume);
+                             if (paused) {
+                               trayStatus_.paused();
+                               display_.status("Paused");
+                             } else {
+                               trayStatus_.resumed();
+                             }
+                           }});
+  if (abortAsked && !ends) trayStatus_.resumed();
+  return ends;
 }
 
 void RunEngine::clearComment() {

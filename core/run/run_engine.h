@@ -14,6 +14,7 @@
 #include "core/run/run_view.h"
 #include "core/run/sample_type.h"
 #include "core/run/stop_keys.h"
+#include "core/run/tray_status.h"
 #include "core/run/typed_comment.h"
 
 namespace zorvel {
@@ -50,6 +51,9 @@ class RunEngine {
   void terminate() { keys_.terminate(); }
   // The run is over: both keys' flags down and the legend back.
   void releaseKeys() { keys_.reset(); }
+  bool terminating() const { return keys_.terminating(); }
+  // Where a tray run stands; the keys tell it the moment they are pressed.
+  TrayStatusBoard& trayStatus() { return trayStatus_; }
 
   // The parts.
   AppState& state() { return state_; }
@@ -113,6 +117,7 @@ class RunEngine {
   RecordWriter writer_;
   TypedComment comment_;
   StopKeys keys_;
+  TrayStatusBoard trayStatus_;
   std::function<void()> insertNext_;
   bool unloaded_ = false;
 };

@@ -9,20 +9,26 @@ void StopKeys::terminate() {
   StopRequested = true;
 }
 
-void StopKeys::keyDown(Key key) {
+StopKeys::Request StopKeys::keyDown(Key key) {
   if (key == Key::F5 && !PauseRequested.load()) {
     StopRequested = true;
     PauseRequested = false;
     legend_("Aborting.  Please Wait.");
-  } else if (key == Key::F11 && PauseRequested.load() && !StopRequested.load()) {
+    return Request::Abort;
+  }
+  if (key == Key::F11 && PauseRequested.load() && !StopRequested.load()) {
     StopRequested = true;
     PauseRequested = false;
     legend_(prompt::kKeyLegend);
-  } else if (key == Key::F11) {
+    return Request::Resume;
+  }
+  if (key == Key::F11) {
     StopRequested = true;
     PauseRequested = true;
     legend_("Pausing.  Please Wait.");
+    return Request::Pause;
   }
+  return Request::None;
 }
 
 void StopKeys::reset() {

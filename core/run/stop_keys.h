@@ -22,9 +22,12 @@ class StopKeys {
   // Stops the run at its next checkpoint as a confirmed abort does, without the question
   // (the program is being ended). Any thread.
   void terminate();
+  // What a key asked for.
+  enum class Request { None, Abort, Pause, Resume };
   // F5 asks for an abort, F11 for a pause, or while one is asked for, to go on; the legend says
   // which. Any other key does nothing.
-  void keyDown(Key key);
+  Request keyDown(Key key);
+  bool terminating() const { return terminate_.load(); }
 
   // What the run waits on while paused: `yield` lets the window's events (and so the keys)
   // through, `pausing` tells the run's state of the pause starting (true) and ending (false).

@@ -73,6 +73,7 @@ bool TrayRun::confirmQuit() {
 
 void TrayRun::status(const std::string& text) {
   engine_.display().status(text);
+  engine_.trayStatus().step(text);
 }
 
 void TrayRun::note(const std::string& text) {
@@ -105,6 +106,10 @@ void TrayRun::read() {
   total_ = PlannedTotal(input);
   completed_ = 0;
   startS_ = static_cast<long>(std::floor(engine_.clock().secondsSinceMidnight()));
+  const AutosamplerSettings& a = method_.Autosampler;
+  engine_.trayStatus().settingUp(total_, std::max(a.EndingTube - a.StartingTube + 1, 0), startS_,
+                                 engine_.clock().now(), log_.path());
+  log_.setListener([this](const std::string& line) { engine_.trayStatus().alert(line); });
   // The arm's position is not trusted from before: the first move is always sent.
   engine_.state().Links.CurrentArmTube = kHome;
   engine_.display().legend(prompt::kKeyLegend);
@@ -115,6 +120,7 @@ void TrayRun::read() {
   engine_.writer().setUnattended(nullptr);
   unattended_.divertTo(nullptr);
   if (walked == Walk::Halted) {
+    engine_.trayStatus().ended(TrayRunEnd::InstrumentLost);
     engine_.machine().fire(RunEvent::Halted);
     engine_.view().closeWindow();
     return;
@@ -153,6 +159,11 @@ TrayRun::Walk TrayRun::walk(const std::vector<TrayVisit>& plan) {
 
 TrayRun::Cycle TrayRun::ProcessTube(const TrayVisit& visit) {
   engine_.numberTube(visit.type, PureStartPending);
+  const bool rangeTube = visit.phase == TrayPhase::Tubes &&
+                         (visit.type == SampleType::Sample || visit.type == SampleType::Pure);
+  engine_.trayStatus().tubeStarted(
+      visit.tube, rangeTube ? visit.tube - method_.Autosampler.StartingTube + 1 : 0,
+      SampleTypeName(visit.type), engine_.numbering().current());
   note("Tube " + whole(visit.tube) + ": " + SampleTypeName(visit.type) + " " + number());
   Operator& op = engine_.op();
   op.setBusy(true);
@@ -218,6 +229,8 @@ RecordContent TrayRun::content(const TrayVisit& visit) const {
 bool TrayRun::afterTube(const TrayVisit& visit) {
   const AutosamplerSettings& a = method_.Autosampler;
   ++completed_;
+  engine_.trayStatus().tubeDone(
+      static_cast<long>(std::floor(engine_.clock().secondsSinceMidnight())));
   const bool trayTube = visit.type == SampleType::Sample || visit.type == SampleType::Pure;
   if (trayTube) showTimes();
   if (cycle_.DisposeSample(a.SampleDisposition, visit.type) != LinkFailure::None) return false;
@@ -252,7 +265,16 @@ void TrayRun::finish(Walk walked) {
   }
   arm_.MoveArmToTube(kHome);
   engine_.releaseKeys();
+  // The run is over: no key legend and no running times are left to mislead.
+  engine_.display().legend("");
+  engine_.display().screen().timeInfo.clear();
+  engine_.display().show();
   status(runEndMessage_);
+  TrayRunEnd end = TrayRunEnd::Aborted;
+  if (walked == Walk::Completed) end = TrayRunEnd::Completed;
+  if (walked == Walk::Lost) end = TrayRunEnd::InstrumentLost;
+  if (engine_.terminating()) end = TrayRunEnd::Terminated;
+  engine_.trayStatus().ended(end);
 }
 
 void TrayRun::TubeRange_Click() {

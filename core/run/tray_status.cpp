@@ -74,9 +74,9 @@ void TrayStatusBoard::tubeDone(long nowS) {
     ++s.completed;
     long elapsedS = nowS - s.startS;
     if (elapsedS < 0) elapsedS += kDayS;
-    const long perTubeS = elapsedS / s.completed;
+    s.perTubeS = elapsedS / s.completed;
     const int left = s.planned > s.completed ? s.planned - s.completed : 0;
-    s.estimatedEndS = s.startS + elapsedS + perTubeS * left;
+    s.estimatedEndS = s.startS + elapsedS + s.perTubeS * left;
   });
 }
 

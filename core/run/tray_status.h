@@ -44,6 +44,7 @@ struct TrayStatus {
   std::string step;         // the step under way ("Locating Sample", ...)
   CalendarTime startedAt;   // the date and time the tray run started
   long startS = -1;         // the same as seconds since midnight; -1 before a start
+  long perTubeS = 0;        // time per tube as of the last tube done
   long estimatedEndS = -1;  // from the time per tube so far; -1 until a tube is done
   int alerts = 0;           // lines written to the run log
   std::string lastAlert;

@@ -20,13 +20,17 @@ std::string tubeLine(const TrayStatus& s) {
   return line;
 }
 
-std::string timesLine(const TrayStatus& s, long nowS) {
+std::vector<std::string> timeLines(const TrayStatus& s, long nowS) {
   long elapsedS = nowS - s.startS;
   if (elapsedS < 0) elapsedS += kDayS;
-  const std::string end =
-      s.estimatedEndS < 0 ? "after the first tube" : text::formatHms(s.estimatedEndS % kDayS);
-  return "Elapsed " + text::formatHms(elapsedS) + "   Estimated end " + end + "   Now " +
-         text::formatHms(nowS % kDayS);
+  const long endS = s.estimatedEndS < 0 ? nowS : s.estimatedEndS;
+  return {
+      "Elapsed Time: " + text::formatHms(elapsedS) + "    Completed (" + count(s.completed) +
+          " / " + count(s.planned) + ")",
+      "Time Per Sample: " + text::formatHms(s.perTubeS),
+      "Estimated Completion: " + text::formatHms(endS % kDayS),
+      "Current Time: " + text::formatHms(nowS % kDayS),
+  };
 }
 
 std::string requestLine(const TrayStatus& s) {
@@ -59,7 +63,7 @@ TrayStatusLines DescribeTrayStatus(const TrayStatus& status, long nowS) {
   lines.shown = true;
   lines.tube = tubeLine(status);
   if (!status.step.empty()) lines.step = "Step: " + status.step;
-  lines.times = timesLine(status, nowS);
+  lines.timeInfo = timeLines(status, nowS);
   lines.request = requestLine(status);
   lines.alerts = alertsLine(status);
   lines.progressDone = status.completed;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "core/run/tray_status.h"
 
@@ -8,9 +9,11 @@ namespace zorvel {
 
 // A tray run's status as the run window shows it, line by line; empty lines are not shown.
 struct TrayStatusLines {
-  std::string tube;      // "Tube 3 of 20: Sample 12 in tray tube 14"
-  std::string step;      // "Step: Locating Sample"
-  std::string times;     // "Elapsed 00:05:12   Estimated end 14:40:00   Now 14:07:22"
+  std::string tube;  // "Tube 3 of 20: Sample 12 in tray tube 14"
+  std::string step;  // "Step: Locating Sample"
+  // TimeInfo's four lines, elapsed and current time as of now, the time per tube and the
+  // estimated completion as of the last tube done.
+  std::vector<std::string> timeInfo;
   std::string request;   // "Pause requested: pausing after tube 14", "Paused", ...
   std::string alerts;    // "2 alerts logged in /data/RUN.LOG: <the last>"
   int progressDone = 0;  // tubes finished of progressOf, controls and blanks included

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-
 #include <regex>
 #include <sstream>
 
 #include "core/run/run_alert_log.h"
+#include "core/run/tray_status_lines.h"
 #include "core/run/tube_cycle.h"
 #include "run/tray_fixture.h"
 
@@ -140,6 +140,10 @@ TEST(TrayRun, AnAbortAfterTheRinseSendsTheArmHomeWithoutFinishing) {
     if (now == "Rinsing & Drying System" && last != now && ++rinses == 4) {
       fx.controller->keyDown(Key::F5);
       EXPECT_EQ("Aborting.  Please Wait.", fx.view.legend);
+      // Told at once, with the tube the run stops after.
+      const TrayStatus told = fx.controller->trayStatus().snapshot();
+      EXPECT_EQ(TrayRunState::AbortRequested, told.state);
+      EXPECT_EQ("Abort requested: stopping after tube 6", DescribeTrayStatus(told, 0).request);
     }
     last = now;
   };
@@ -150,7 +154,12 @@ TEST(TrayRun, AnAbortAfterTheRinseSendsTheArmHomeWithoutFinishing) {
   EXPECT_EQ("Do you want to abort the current run", fx.op.messages().at(0).text);
   EXPECT_EQ(0, countOf(fx.view.statusLog, "Finishing up run."));
   EXPECT_EQ("Run aborted.|[R]ead Tray or [Q]uit", fx.view.prompt());
-  EXPECT_EQ("F5 - Abort      F11 - Pause", fx.view.legend);
+  // The question came under its own status, and nothing of the run is left on show.
+  EXPECT_EQ(1, countOf(fx.view.statusLog, "Abort requested"));
+  EXPECT_EQ("", fx.view.legend);
+  EXPECT_TRUE(fx.view.timeInfo.empty());
+  EXPECT_EQ(TrayRunEnd::Aborted, fx.controller->trayStatus().snapshot().end);
+  EXPECT_FALSE(DescribeTrayStatus(fx.controller->trayStatus().snapshot(), 0).shown);
   const std::string talk = fx.conversation();
   EXPECT_EQ(talk.rfind("arm > RESET<CR>"), talk.rfind("arm >"));
   // Tube 6 stands at x = 110: the arm never went there.
@@ -188,9 +197,14 @@ TEST(TrayRun, F11PausesAtTheNextCheckAndAgainResumesWithNothingLost) {
     if (legends.empty() && fx.bench.flowCell.label == "tube 5") {
       fx.controller->keyDown(Key::F11);
       legends.push_back(fx.view.legend);
+      EXPECT_EQ("Pause requested: pausing after tube 5",
+                DescribeTrayStatus(fx.controller->trayStatus().snapshot(), 0).request);
     }
     if (fx.controller->state() == RunState::Paused && ++pausedPolls == 5) {
       legends.push_back(fx.view.legend);
+      // Paused says so, not the step that came before.
+      EXPECT_EQ("Paused", fx.view.prompt());
+      EXPECT_EQ(TrayRunState::Paused, fx.controller->trayStatus().snapshot().state);
       fx.controller->keyDown(Key::F11);
     }
   };
@@ -199,7 +213,8 @@ TEST(TrayRun, F11PausesAtTheNextCheckAndAgainResumesWithNothingLost) {
   EXPECT_EQ((std::vector<std::string>{"Pausing.  Please Wait.", "Paused.  Press F11 to Restart"}),
             legends);
   EXPECT_EQ(5, pausedPolls);
-  EXPECT_EQ("F5 - Abort      F11 - Pause", fx.view.legend);
+  EXPECT_EQ("", fx.view.legend);
+  EXPECT_EQ(TrayRunEnd::Completed, fx.controller->trayStatus().snapshot().end);
   EXPECT_EQ("Run completed.|[R]ead Tray or [Q]uit", fx.view.prompt());
   const std::string records = fx.file(fx.state.DataSet.FixPath);
   EXPECT_EQ(4, std::count(records.begin(), records.end(), '\n'));

@@ -26,13 +26,15 @@ TEST(TrayStatus, ToldAsTheRunGoesAndTheKeysArePressed) {
   EXPECT_EQ("Tube 1 of 2: Sample 12 in tray tube 5", lines.tube);
   EXPECT_EQ("Step: Locating Sample", lines.step);
   EXPECT_EQ("Pause requested: pausing after tube 5", lines.request);
-  EXPECT_EQ("Elapsed 00:00:30   Estimated end after the first tube   Now 23:59:30", lines.times);
   // A minute per tube: three more to go.
   board.tubeDone(0);
   board.paused();
   EXPECT_EQ("Paused", DescribeTrayStatus(board.snapshot(), 30).request);
-  EXPECT_EQ("Elapsed 00:01:30   Estimated end 00:03:00   Now 00:00:30",
-            DescribeTrayStatus(board.snapshot(), 30).times);
+  // The estimate holds between tubes; the elapsed and current times tick.
+  EXPECT_EQ((std::vector<std::string>{"Elapsed Time: 00:01:30    Completed (1 / 4)",
+                                      "Time Per Sample: 00:01:00", "Estimated Completion: 00:03:00",
+                                      "Current Time: 00:00:30"}),
+            DescribeTrayStatus(board.snapshot(), 30).timeInfo);
   board.resumed();
   board.abortRequested();
   board.alert("Tube 5  S12  Control alert");

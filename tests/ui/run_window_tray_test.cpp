@@ -80,6 +80,7 @@ struct TrayWindow {
   ~TrayWindow() { delete window.data(); }
 
   QString label(const char* name) const { return window->findChild<QLabel*>(name)->text(); }
+  bool shown(const char* name) const { return window->findChild<QWidget*>(name)->isVisible(); }
   QPushButton* ok() const { return window->findChild<QPushButton*>("OK_1"); }
 
   AppState state;
@@ -109,10 +110,21 @@ TEST(RunWindowTray, F11PausesAndResumesAndF5AbortsWhileTheWindowAnswers) {
 
   QTest::mouseClick(run.ok(), Qt::LeftButton);
   QTRY_VERIFY_WITH_TIMEOUT(run.label("Status").contains("Extracting Sample"), 10000);
+  EXPECT_TRUE(run.shown("TrayStatus"));
+  EXPECT_EQ("Tube 1 of 3: Sample 1 in tray tube 5", run.label("TrayTube"));
+  EXPECT_EQ("Step: Extracting Sample", run.label("TrayStep"));
   QTest::keyClick(run.window, Qt::Key_F11);
   EXPECT_EQ("Pausing.  Please Wait.", run.label("AbortMsg"));
+  // Said the moment the key is pressed, with the tube it waits for.
+  EXPECT_EQ("Pause requested: pausing after tube 5", run.label("TrayRequest"));
   QTRY_COMPARE_WITH_TIMEOUT(run.label("AbortMsg"), QString("Paused.  Press F11 to Restart"), 10000);
   EXPECT_EQ(RunState::Paused, run.window->controller().state());
+  QTRY_COMPARE_WITH_TIMEOUT(run.label("TrayRequest"), QString("Paused"), 2000);
+  EXPECT_EQ("Paused", run.label("Status"));
+  // The clock goes on while the run stands.
+  const QString before = run.label("TimeInfo");
+  QTRY_VERIFY_WITH_TIMEOUT(run.label("TimeInfo") != before, 2500);
+  EXPECT_TRUE(run.label("TimeInfo").contains("Completed (1 / 3)"));
   // Held after the first tube, and the window still answers: F5 is no abort while paused.
   QTest::keyClick(run.window, Qt::Key_F5);
   QTest::qWait(300);
@@ -132,14 +144,17 @@ TEST(RunWindowTray, F11PausesAndResumesAndF5AbortsWhileTheWindowAnswers) {
   });
   QTest::keyClick(run.window, Qt::Key_F5);
   EXPECT_EQ("Aborting.  Please Wait.", run.label("AbortMsg"));
+  EXPECT_EQ("Abort requested: stopping after tube 6", run.label("TrayRequest"));
   QTRY_VERIFY_WITH_TIMEOUT(!run.window->working() && run.ok()->isVisible(), 15000);
   EXPECT_EQ("Do you want to abort the current run", asked);
   EXPECT_TRUE(run.label("Status").contains("Run aborted.")) << run.label("Status").toStdString();
   EXPECT_FALSE(run.label("Status").contains("Finishing up run."));
   EXPECT_EQ(1u, records(run));
   EXPECT_EQ(0.0, run.lines.rig().bench.receivedUl[6]);
-  EXPECT_TRUE(run.label("TimeInfo").contains("Completed (1 / 3)"))
-      << run.label("TimeInfo").toStdString();
+  // Nothing of the run is left on show.
+  EXPECT_FALSE(run.shown("TrayStatus"));
+  EXPECT_FALSE(run.shown("AbortMsg"));
+  EXPECT_TRUE(run.label("TimeInfo").isEmpty()) << run.label("TimeInfo").toStdString();
 }
 
 }  // namespace

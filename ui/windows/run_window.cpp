@@ -5,11 +5,13 @@
 #include <QCloseEvent>
 #include <QGroupBox>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPointer>
 #include <QPushButton>
 #include <QShortcut>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <cctype>
 
@@ -18,12 +20,14 @@
 #include "core/quality/quality_checks.h"
 #include "core/run/qc_row_tracker.h"
 #include "core/run/tray_run.h"
+#include "core/run/tray_status_lines.h"
 #include "core/text/number_format.h"
 #include "ui/platform/instrument_worker.h"
 #include "ui/windows/run_grid.h"
 #include "ui/windows/run_spectra.h"
 #include "ui/windows/run_view_relay.h"
 #include "ui/windows/run_window_text.h"
+#include "ui/windows/tray_status_panel.h"
 
 // The run window's life: building it around its controller, the operator's clicks and keys,
 // the worker that carries the instrument work, and closing.
@@ -35,6 +39,7 @@ RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
                      std::unique_ptr<SerialLine> fluorimeterLine, QWidget* parent,
                      TrayLines trayLines)
     : QWidget(parent, Qt::Window),
+      clock_(services.clock),
       line_(std::move(fluorimeterLine)),
       trayLines_(std::move(trayLines)),
       qualityChecks_(services.qualityChecks) {
@@ -47,6 +52,8 @@ RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
   layout->addWidget(grid_, 1);
   layout->addWidget(buildScanFrame(), 1);
   layout->addWidget(buildStatusArea());
+  trayPanel_ = new TrayStatusPanel;
+  layout->addWidget(trayPanel_);
   auto* bottom = new QHBoxLayout;
   bottom->addWidget(buildDecisionFrame(), 1);
   bottom->addWidget(buildOkFrame());
@@ -74,6 +81,7 @@ RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
                                    state.Method.Autosampler);
     controller_->attachAutosampler(*arm_, *pump_, TrayHooks{});
     tubeRange_->setVisible(true);
+    watchTrayStatus();
   }
   connectControls();
   controller_->LayOut();
@@ -88,6 +96,7 @@ RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
 
 RunWindow::~RunWindow() {
   worker_->waitUntilIdle();
+  controller_->trayStatus().setListener({});
   worker_.reset();
   detachChecks();
   if (!unloaded_) controller_->Form_Unload();
@@ -131,8 +140,10 @@ void RunWindow::connectControls() {
   for (const auto& [qtKey, key] : stopKeys) {
     auto* shortcut = new QShortcut(QKeySequence(qtKey), this);
     shortcut->setContext(Qt::WindowShortcut);
-    connect(shortcut, &QShortcut::activated, this,
-            [this, key = key] { controller_->keyDown(key); });
+    connect(shortcut, &QShortcut::activated, this, [this, key = key] {
+      controller_->keyDown(key);
+      if (arm_) refreshTrayStatus();
+    });
   }
 }
 
@@ -191,6 +202,34 @@ void RunWindow::pushVerticalScale() {
   }
   plot_->setVerticalScale(*low, *high);
   controller_->SetVerticalScale(*low, *high);
+}
+
+void RunWindow::watchTrayStatus() {
+  // Every change shows at once; the times tick every second between changes.
+  QPointer<RunWindow> self(this);
+  controller_->trayStatus().setListener([self](const TrayStatus&) {
+    if (!self) return;
+    QMetaObject::invokeMethod(
+        self,
+        [self] {
+          if (self) self->refreshTrayStatus();
+        },
+        Qt::QueuedConnection);
+  });
+  tick_ = new QTimer(this);
+  tick_->setInterval(1000);
+  connect(tick_, &QTimer::timeout, this, [this] { refreshTrayStatus(); });
+  tick_->start();
+}
+
+void RunWindow::refreshTrayStatus() {
+  const auto nowS = static_cast<long>(clock_.secondsSinceMidnight());
+  const TrayStatusLines lines = DescribeTrayStatus(controller_->trayStatus().snapshot(), nowS);
+  trayPanel_->show(lines);
+  if (!lines.shown) return;
+  QStringList times;
+  for (const std::string& line : lines.timeInfo) times << QString::fromStdString(line);
+  timeInfo_->setText(times.join('\n'));
 }
 
 void RunWindow::closeEvent(QCloseEvent* event) {

@@ -19,6 +19,7 @@ class QMenu;
 class QMenuBar;
 class QProgressBar;
 class QPushButton;
+class QTimer;
 
 namespace zorvel {
 class Arm;
@@ -33,6 +34,7 @@ class InstrumentWorker;
 class ResultsGrid;
 class RunViewRelay;
 class SpectraPlot;
+class TrayStatusPanel;
 
 // What a run window borrows from the program for the length of the run.
 struct RunWindowServices {
@@ -114,7 +116,11 @@ class RunWindow final : public QWidget, public RunView {
   void showComment(bool visible);
   void updateDecisionFrame();
   QPushButton* buttonFor(RunButton button) const;
+  // The tray run's panel and TimeInfo, from the run's status as it stands now.
+  void refreshTrayStatus();
+  void watchTrayStatus();
 
+  Clock& clock_;
   std::unique_ptr<SerialLine> line_;
   TrayLines trayLines_;
   std::unique_ptr<Arm> arm_;
@@ -153,6 +159,8 @@ class RunWindow final : public QWidget, public RunView {
   QGroupBox* okFrame_ = nullptr;
   QPushButton* ok1_ = nullptr;
   QPushButton* ok2_ = nullptr;
+  TrayStatusPanel* trayPanel_ = nullptr;
+  QTimer* tick_ = nullptr;
 };
 
 // Opens SAMPLING for a run the launch has prepared, on the fluorimeter's COM port from the
