@@ -58,9 +58,9 @@ double ReadAllColours(SerialLine& line, Clock& clock, const MethodSettings& meth
   ScriptedOperator person;
   LinkState links;
   QuietView view;
-  FluorimeterLink link(line, clock, person, links, 2);
-  link.OpenFluorimeterPort();
-  Acquisition acquisition(link, line, method, links, view, [](const std::string&) {});
+  Fluorimeter fluorimeter(line, clock, person, links, kLs50B.preference);
+  fluorimeter.open();
+  Acquisition acquisition(fluorimeter, line, method, links, view, [](const std::string&) {});
   acquisition.forgetWavelengths();
   acquisition.forgetSlits();
   const double start = clock.monotonicS();

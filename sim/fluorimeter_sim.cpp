@@ -4,6 +4,7 @@
 #include <cmath>
 #include <optional>
 
+#include "core/instruments/fluorimeter_model.h"
 #include "core/text/number_format.h"
 
 namespace zorvel::sim {
@@ -37,7 +38,7 @@ struct FluorimeterSim::Reply {
 };
 
 FluorimeterSim::FluorimeterSim(Bench& bench, int model, std::uint32_t seed)
-    : bench_(bench), model_(model), random_(seed) {}
+    : bench_(bench), model_(FluorimeterModelFor(model)), random_(seed) {}
 
 void FluorimeterSim::failNextCommands(std::string status, int count) {
   for (int i = 0; i < count; ++i) failNext_.push_back(status);
@@ -130,18 +131,20 @@ std::string FluorimeterSim::execute(const std::string& name, const std::string& 
     if (position != settings_.filter) busyS += timing_.filterS;
     settings_.filter = position;
   } else if (name == "$PV") {
-    if (v != -1 && !Between(v, 200, 1000)) return kOutOfRange;
+    if (v != -1 && !model_.pmtVoltageV.holds(v)) return kOutOfRange;
     settings_.pmtVolts = static_cast<int>(v);
   } else if (name == "$SS") {
-    if (!Between(std::fabs(v), 10, 1500)) return kOutOfRange;
+    if (!model_.scanSpeedNmPerMin.holds(std::fabs(v))) return kOutOfRange;
     settings_.scanSpeedNmPerMin = v;
   } else if (name == "$SX" || name == "$SM") {
     double& slit = name == "$SX" ? settings_.excitationSlitNm : settings_.emissionSlitNm;
-    if (!Between(v, 2.5, name == "$SX" ? 15.0 : 20.0)) return kOutOfRange;
+    if (!(name == "$SX" ? model_.excitationSlitNm : model_.emissionSlitNm).holds(v)) {
+      return kOutOfRange;
+    }
     if (v != slit) busyS += timing_.slitS;
     slit = v;
   } else if (name == "$RD") {
-    if (!Between(v, 0.01, 100)) return kOutOfRange;
+    if (!model_.readTimeS.holds(v)) return kOutOfRange;
     scheduleReading(v, after);
   } else if (name == "$MX") {
     if (v != 0 && v != 1 && v != 2) return kInvalidParameter;
@@ -180,7 +183,9 @@ std::string FluorimeterSim::setMonochromators(const std::string& parameter, doub
 std::string FluorimeterSim::setLimit(bool upper, const std::string& parameter) {
   const auto v = Number(parameter);
   if (!v) return kInvalidParameter;
-  if (!Between(*v, 200, 900)) return kOutOfRange;
+  const double lowest = std::min(model_.excitationNm.low, model_.emissionNm.low);
+  const double highest = std::max(model_.excitationNm.high, model_.emissionNm.high);
+  if (!Between(*v, lowest, highest)) return kOutOfRange;
   const int side = settings_.monochromator == 1 ? 1 : 0;
   (upper ? settings_.upperNm : settings_.lowerNm)[side] = *v;
   return kAccepted;
@@ -200,7 +205,8 @@ void FluorimeterSim::scheduleReading(double readTimeS, std::vector<Reply>& after
   const double intensity = measure(settings_.excitationNm, settings_.emissionNm, readTimeS);
   std::string record =
       junk_ + kDelete + Tenths(reportedEx) + "," + Tenths(settings_.emissionNm) + ",";
-  if (model_ == 2) record += Tenths(readTimeS) + ",";
+  // Fields the model adds after the wavelengths: the LS-50B reports the read time.
+  for (int f = 2; f < model_.recordFieldsBeforeIntensity; ++f) record += Tenths(readTimeS) + ",";
   record += text::fixed(intensity * 1000.0, 0) + "\r\n" + status + "\r\n";
   after.push_back({record, readTimeS + timing_.recordAfterReadS});
 }

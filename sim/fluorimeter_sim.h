@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/instruments/fluorimeter_model.h"
 #include "sim/bench.h"
 #include "sim/dye_model.h"
 #include "sim/simulated_line.h"
@@ -49,7 +50,8 @@ class FluorimeterSim final : public LinePeer {
     double responseTimeS = 0.0;
   };
 
-  FluorimeterSim(Bench& bench, int model /*1 LS-50, 2 LS-50B*/, std::uint32_t seed);
+  // `model` is the preferences' number of the model (FluorimeterModelFor).
+  FluorimeterSim(Bench& bench, int model, std::uint32_t seed);
 
   void onReceive(std::string_view bytes, double arrivedS, LineEnd& reply) override;
 
@@ -101,7 +103,7 @@ class FluorimeterSim final : public LinePeer {
   void send(LineEnd& reply, const std::string& bytes, double atS);
 
   Bench& bench_;
-  int model_;
+  const FluorimeterModel& model_;
   std::mt19937 random_;
   Settings settings_;
   Timing timing_;

@@ -177,7 +177,9 @@ std::optional<int> refuseMethod(Context& context, RunOperator& op) {
   // own records. Then nothing is created for a method the fluorimeter would refuse.
   const int firstNumber = o.newDataPath.empty() ? 1 : o.firstNumber;
   std::optional<std::string> problem = CheckMethodForRun(context.state.Method, firstNumber);
-  if (!problem) problem = InstrumentRangeProblem(context.state.Method);
+  if (!problem)
+    problem = InstrumentRangeProblem(context.state.Method,
+                                     FluorimeterModelFor(context.state.Prefs.Fluorimeter));
   if (!problem) return std::nullopt;
   context.out << "No run started.  " << *problem << "\n";
   return context.fail("the method " + o.methodPath + " is refused: " + *problem, 2);

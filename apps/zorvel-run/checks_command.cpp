@@ -109,7 +109,8 @@ int RunIntensityCommand(Context& context, LineSource& lines) {
     }
     presenter.voltageClicked(kVoltageSelected, o.pmt);
   }
-  if (const auto refusal = RefuseReading(presenter.settings())) {
+  if (const auto refusal = RefuseReading(presenter.settings(),
+                                         FluorimeterModelFor(context.state.Prefs.Fluorimeter))) {
     return context.fail(refusal->message, kUsageExit);
   }
   const std::optional<double> reading = presenter.readSample();

@@ -53,7 +53,8 @@ void IntensityPresenter::voltageClicked(int option, const std::string& pmtText) 
 std::optional<double> IntensityPresenter::readSample() {
   // Settings the instrument would refuse are not sent: its error would only repeat with every
   // resend of the command.
-  if (const auto refusal = RefuseReading(settings_)) {
+  if (const auto refusal =
+          RefuseReading(settings_, FluorimeterModelFor(state_.Prefs.Fluorimeter))) {
     op_.message(refusal->message + "  Please correct it before reading.", "ZORVEL ERROR",
                 BoxIcon::Exclamation);
     view_.selectBoxText(refusal->box);
@@ -61,16 +62,16 @@ std::optional<double> IntensityPresenter::readSample() {
   }
   op_.setBusy(true);
   view_.clearStatus();
-  FluorimeterLink link(line_, clock_, op_, state_.Links, state_.Prefs.Fluorimeter);
+  Fluorimeter fluorimeter(line_, clock_, op_, state_.Links, state_.Prefs.Fluorimeter);
   LinkFailure failure = LinkFailure::None;
-  if (settings_.settingsChanged) failure = setUpInstrument(link);
+  if (settings_.settingsChanged) failure = setUpInstrument(fluorimeter);
   Reading reading;
   if (failure == LinkFailure::None) {
     // The port was closed after the last reading; what waits on it is left alone.
     if (!line_.isOpen()) line_.open(PatientLine::kSettings);
     status("Reading Sample");
     state_.Links.LinkTimeoutCount = 0;
-    reading = link.TakeReading(settings_.excitationNm, settings_.emissionNm, settings_.readTimeS,
+    reading = fluorimeter.read(settings_.excitationNm, settings_.emissionNm, settings_.readTimeS,
                                fluor::AcceptanceRule::Exact);
     failure = reading.failure;
   }
@@ -85,17 +86,16 @@ std::optional<double> IntensityPresenter::readSample() {
   return reading.intensity;
 }
 
-LinkFailure IntensityPresenter::setUpInstrument(FluorimeterLink& link) {
+LinkFailure IntensityPresenter::setUpInstrument(Fluorimeter& fluorimeter) {
   status("Setting-up Instrument...Please Wait");
-  const LinkFailure opened = link.OpenFluorimeterPort();
+  const LinkFailure opened = fluorimeter.open();
   if (opened != LinkFailure::None) return opened;
-  link.setStatusText([this](const std::string& text) { status(text); });
-  for (const IntensityCommand& step : IntensitySetUpCommands(settings_)) {
+  fluorimeter.setStatusText([this](const std::string& text) { status(text); });
+  for (const IntensitySetUpStep& step : IntensitySetUpSteps(settings_)) {
     state_.Links.LinkTimeoutCount = 0;
-    const LinkFailure failure =
-        link.IssueCommand(step.command, StatusReader::Command, step.statusText);
+    const LinkFailure failure = fluorimeter.set(step.setting, step.statusText);
     if (failure != LinkFailure::None) return failure;
-    if (step.command.rfind("$FW", 0) == 0) settings_.filterChanged = false;
+    if (step.setting.kind == FluorimeterSetting::Kind::Filter) settings_.filterChanged = false;
   }
   settings_.settingsChanged = false;
   return LinkFailure::None;

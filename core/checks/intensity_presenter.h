@@ -5,7 +5,7 @@
 
 #include "core/checks/intensity_settings.h"
 #include "core/checks/intensity_view.h"
-#include "core/instruments/fluorimeter_link.h"
+#include "core/instruments/fluorimeter.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/serial_line.h"
@@ -36,7 +36,7 @@ class IntensityPresenter {
   const IntensitySettings& settings() const { return settings_; }
 
  private:
-  LinkFailure setUpInstrument(FluorimeterLink& link);
+  LinkFailure setUpInstrument(Fluorimeter& fluorimeter);
   void status(const std::string& text) { view_.printStatus(1, text, true); }
 
   AppState& state_;

@@ -124,53 +124,50 @@ std::int16_t SelectedVoltage(std::string_view text) {
   return text::toInt16(fluor::FieldValue(text)).value_or(0);
 }
 
-std::optional<Refusal> RefuseReading(const IntensitySettings& s, const IntensityLimits& l) {
-  const auto outside = [](double v, double low, double high) { return !(v >= low && v <= high); };
-  if (outside(s.excitationNm, l.excitationMinNm, l.excitationMaxNm)) {
-    return Refusal{IntensityBox::ExWl, "The excitation wavelength must be from " +
-                                           Range(l.excitationMinNm, l.excitationMaxNm, "nm.")};
+std::optional<Refusal> RefuseReading(const IntensitySettings& s, const FluorimeterModel& model) {
+  const auto refused = [](IntensityBox box, const char* what, ValueRange r, const char* unit) {
+    return Refusal{box, std::string("The ") + what + " must be from " + Range(r.low, r.high, unit)};
+  };
+  if (!model.excitationNm.holds(s.excitationNm)) {
+    return refused(IntensityBox::ExWl, "excitation wavelength", model.excitationNm, "nm.");
   }
-  if (outside(s.emissionNm, l.emissionMinNm, l.emissionMaxNm)) {
-    return Refusal{IntensityBox::EmWl, "The emission wavelength must be from " +
-                                           Range(l.emissionMinNm, l.emissionMaxNm, "nm.")};
+  if (!model.emissionNm.holds(s.emissionNm)) {
+    return refused(IntensityBox::EmWl, "emission wavelength", model.emissionNm, "nm.");
   }
-  if (outside(s.excitationSlitNm, l.excitationSlitMinNm, l.excitationSlitMaxNm)) {
-    return Refusal{IntensityBox::ExSl,
-                   "The excitation slit must be from " +
-                       Range(l.excitationSlitMinNm, l.excitationSlitMaxNm, "nm.")};
+  if (!model.excitationSlitNm.holds(s.excitationSlitNm)) {
+    return refused(IntensityBox::ExSl, "excitation slit", model.excitationSlitNm, "nm.");
   }
-  if (outside(s.emissionSlitNm, l.emissionSlitMinNm, l.emissionSlitMaxNm)) {
-    return Refusal{IntensityBox::EmSl, "The emission slit must be from " +
-                                           Range(l.emissionSlitMinNm, l.emissionSlitMaxNm, "nm.")};
+  if (!model.emissionSlitNm.holds(s.emissionSlitNm)) {
+    return refused(IntensityBox::EmSl, "emission slit", model.emissionSlitNm, "nm.");
   }
-  if (outside(s.readTimeS, l.readTimeMinS, l.readTimeMaxS)) {
-    return Refusal{IntensityBox::RdTime,
-                   "The read time must be from " + Range(l.readTimeMinS, l.readTimeMaxS, "sec.")};
+  if (!model.readTimeS.holds(s.readTimeS)) {
+    return refused(IntensityBox::RdTime, "read time", model.readTimeS, "sec.");
   }
-  if (outside(std::fabs(s.scanSpeed), l.scanSpeedMin, l.scanSpeedMax)) {
+  const ValueRange speed = model.scanSpeedNmPerMin;
+  if (!speed.holds(std::fabs(s.scanSpeed))) {
     return Refusal{IntensityBox::ScnSpd, "The scan speed must be from " +
-                                             Range(-l.scanSpeedMax, -l.scanSpeedMin, "or from ") +
-                                             Range(l.scanSpeedMin, l.scanSpeedMax, "nm/min.")};
+                                             Range(-speed.high, -speed.low, "or from ") +
+                                             Range(speed.low, speed.high, "nm/min.")};
   }
-  if (s.voltageOption == kVoltageSelected && outside(s.pmtVolts, l.pmtMinV, l.pmtMaxV)) {
-    return Refusal{IntensityBox::PMTVoltage,
-                   "The PMT voltage must be from " + Range(l.pmtMinV, l.pmtMaxV, "V.")};
+  if (s.voltageOption == kVoltageSelected && !model.pmtVoltageV.holds(s.pmtVolts)) {
+    return refused(IntensityBox::PMTVoltage, "PMT voltage", model.pmtVoltageV, "V.");
   }
   return std::nullopt;
 }
 
-std::vector<IntensityCommand> IntensitySetUpCommands(const IntensitySettings& s) {
+std::vector<IntensitySetUpStep> IntensitySetUpSteps(const IntensitySettings& s) {
   const std::string prefix = "Setting-up Instrument...";
+  using S = FluorimeterSetting;
   return {
-      {prefix + "Set Free Run Mode", "$RE 0"},
-      {prefix + "Set Fluorescence Mode", "$PH 0"},
-      {prefix + "Turn Lamp On", "$ES 0"},
-      {prefix + "Set Filter", fluor::FilterCommand(s.filter)},
-      {prefix + "Set PMT Voltage", fluor::PmtVoltageCommand(s.pmtVolts)},
-      {prefix + "Set Scan Speed", fluor::ScanSpeedCommand(s.scanSpeed)},
-      {"Setting Excitation Slit", fluor::ExcitationSlitCommand(s.excitationSlitNm)},
-      {"Setting Emission Slit", fluor::EmissionSlitCommand(s.emissionSlitNm)},
-      {"Setting Monochromators", fluor::MonochromatorCommand(s.excitationNm, s.emissionNm)},
+      {prefix + "Set Free Run Mode", S::FreeRun()},
+      {prefix + "Set Fluorescence Mode", S::Fluorescence()},
+      {prefix + "Turn Lamp On", S::Lamp()},
+      {prefix + "Set Filter", S::Filter(s.filter)},
+      {prefix + "Set PMT Voltage", S::Voltage(s.pmtVolts)},
+      {prefix + "Set Scan Speed", S::Speed(s.scanSpeed)},
+      {"Setting Excitation Slit", S::ExSlit(s.excitationSlitNm)},
+      {"Setting Emission Slit", S::EmSlit(s.emissionSlitNm)},
+      {"Setting Monochromators", S::Wavelengths(s.excitationNm, s.emissionNm)},
   };
 }
 

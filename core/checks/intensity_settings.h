@@ -6,6 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "core/instruments/fluorimeter.h"
+#include "core/instruments/fluorimeter_model.h"
+
 namespace zorvel {
 
 // The boxes of the intensity check, named as its controls are.
@@ -35,7 +38,7 @@ struct IntensitySettings {
 // The text each box opens with.
 std::string InitialBoxText(IntensityBox box);
 
-// The filter options of the "Emission Filter" frame: the number sent with "$FW " and caption.
+// The filter options of the "Emission Filter" frame: the wheel position and its caption.
 struct FilterOption {
   int position;
   const char* caption;
@@ -56,31 +59,20 @@ BoxRuleOutcome ApplyBoxText(IntensitySettings& settings, IntensityBox box, std::
 // halves to even; 0 when there is none (then refused before a reading).
 std::int16_t SelectedVoltage(std::string_view text);
 
-// The instrument's ranges; a reading is refused while a setting lies outside them. The scan
-// speed's range holds for either direction (a negative speed scans downwards).
-struct IntensityLimits {
-  int excitationMinNm = 200, excitationMaxNm = 800;
-  int emissionMinNm = 200, emissionMaxNm = 900;
-  double excitationSlitMinNm = 2.5, excitationSlitMaxNm = 15.0;
-  double emissionSlitMinNm = 2.5, emissionSlitMaxNm = 20.0;
-  double readTimeMinS = 0.1, readTimeMaxS = 100.0;
-  double scanSpeedMin = 10.0, scanSpeedMax = 1500.0;
-  int pmtMinV = 200, pmtMaxV = 1000;
-};
-
 // The first setting that keeps a reading from being taken, with the message that says why.
 struct Refusal {
   IntensityBox box;
   std::string message;
 };
+// The ranges are the model's (FluorimeterModel); the scan speed's holds for either direction.
 std::optional<Refusal> RefuseReading(const IntensitySettings& settings,
-                                     const IntensityLimits& limits = {});
+                                     const FluorimeterModel& model);
 
-// One set-up command of a reading with the status text shown while it is in progress.
-struct IntensityCommand {
+// One set-up step of a reading with the status text shown while it is in progress.
+struct IntensitySetUpStep {
   std::string statusText;
-  std::string command;
+  FluorimeterSetting setting;
 };
-std::vector<IntensityCommand> IntensitySetUpCommands(const IntensitySettings& settings);
+std::vector<IntensitySetUpStep> IntensitySetUpSteps(const IntensitySettings& settings);
 
 }  // namespace zorvel

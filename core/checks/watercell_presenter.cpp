@@ -13,19 +13,21 @@ namespace {
 
 struct SetUpStep {
   const char* statusText;
-  const char* command;
+  FluorimeterSetting setting;
 };
 
-// The water cell is always read at the same conditions, so that every check compares alike.
-constexpr std::array<SetUpStep, 8> kSetUp = {{
-    {"Set Free Run Mode", "$RE 0"},
-    {"Set Excitation Slit", "$SX 5.0"},
-    {"Set Emission Slit", "$SM 5.0"},
-    {"Set Filter Wheel", "$FW 2"},
-    {"Set PMT Voltage", "$PV 820"},
-    {"Set Monochromators", "$GM 350.0,397.5"},
-    {"Set Time Interval", "$TI 0.5"},
-    {"Set Response Time", "$RT 0.0"},
+// The water cell is always read at the same conditions, so that every check compares alike:
+// the Raman band of water at 350 nm excitation.
+using S = FluorimeterSetting;
+const std::array<SetUpStep, 8> kSetUp = {{
+    {"Set Free Run Mode", S::FreeRun()},
+    {"Set Excitation Slit", S::ExSlit(5.0f)},
+    {"Set Emission Slit", S::EmSlit(5.0f)},
+    {"Set Filter Wheel", S::Filter(2)},
+    {"Set PMT Voltage", S::Voltage(820)},
+    {"Set Monochromators", S::Wavelengths(350.0f, 397.5f)},
+    {"Set Time Interval", S::Interval(0.5f)},
+    {"Set Response Time", S::Response(0.0f)},
 }};
 
 bool MustStop(LinkFailure failure) {
@@ -119,14 +121,15 @@ void WaterCellPresenter::closeRequested() {
 void WaterCellPresenter::runCheck() {
   log("Watercell run started");
   view_.printLine(CheckArea::Messages, 1, "Setting-up Instrument...Please Wait", true);
-  FluorimeterLink link(line_, clock_, op_, state_.Links, state_.Prefs.Fluorimeter);
-  link.setStatusText(
+  Fluorimeter fluorimeter(line_, clock_, op_, state_.Links, state_.Prefs.Fluorimeter,
+                          StatusReader::Water);
+  fluorimeter.setStatusText(
       [this](const std::string& text) { view_.printLine(CheckArea::Status, 1, text, true); });
-  LinkFailure failure = link.OpenFluorimeterPort();
+  LinkFailure failure = fluorimeter.open();
   op_.setBusy(true);
   view_.clearArea(CheckArea::Status);
-  if (failure == LinkFailure::None) failure = setUpInstrument(link);
-  if (failure == LinkFailure::None) failure = collectDrive(link);
+  if (failure == LinkFailure::None) failure = setUpInstrument(fluorimeter);
+  if (failure == LinkFailure::None) failure = collectDrive(fluorimeter.link());
   view_.setProgressVisible(false);
   if (failure == LinkFailure::None) {
     judge();
@@ -137,16 +140,12 @@ void WaterCellPresenter::runCheck() {
   }
 }
 
-LinkFailure WaterCellPresenter::setUpInstrument(FluorimeterLink& link) {
+LinkFailure WaterCellPresenter::setUpInstrument(Fluorimeter& fluorimeter) {
   for (const SetUpStep& step : kSetUp) {
-    const LinkFailure failure =
-        link.IssueCommand(step.command, StatusReader::Water, step.statusText);
+    const LinkFailure failure = fluorimeter.set(step.setting, step.statusText);
     if (failure != LinkFailure::None) return failure;
   }
-  const LinkFailure failure = link.IssueCommand(fluor::TimeDriveCommand(kPoints),
-                                                StatusReader::Water, "Starting Time Drive");
-  if (failure != LinkFailure::None) return failure;
-  const TimeDriveHeaderReply header = link.ReadTimeDriveHeader();
+  const TimeDriveHeaderReply header = fluorimeter.startTimeDrive(kPoints, "Starting Time Drive");
   if (header.failure != LinkFailure::None) return header.failure;
   result_.header = header.fields;
   return LinkFailure::None;

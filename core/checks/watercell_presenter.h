@@ -4,7 +4,7 @@
 
 #include "core/checks/watercell_record.h"
 #include "core/checks/watercell_view.h"
-#include "core/instruments/fluorimeter_link.h"
+#include "core/instruments/fluorimeter.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/serial_line.h"
@@ -61,7 +61,7 @@ class WaterCellPresenter {
   static WaterCellButtons ButtonsFor(WaterCellStage stage);
 
  private:
-  LinkFailure setUpInstrument(FluorimeterLink& link);
+  LinkFailure setUpInstrument(Fluorimeter& fluorimeter);
   LinkFailure collectDrive(FluorimeterLink& link);
   void judge();
   void finish(WaterCellStage stage);

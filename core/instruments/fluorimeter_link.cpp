@@ -52,12 +52,12 @@ std::string times(int count) {
 }  // namespace
 
 FluorimeterLink::FluorimeterLink(SerialLine& line, Clock& clock, Operator& person, LinkState& links,
-                                 int model)
+                                 int preference)
     : line_(line),
       clock_(clock),
       person_(person),
       links_(links),
-      model_(model),
+      model_(FluorimeterModelFor(preference)),
       patient_(line, clock, person, kFluorimeterWords) {}
 
 LinkFailure FluorimeterLink::OpenFluorimeterPort() {
@@ -202,7 +202,7 @@ ReadingRecord FluorimeterLink::ReadReadingRecord() {
     if (MustStop(part.failure)) return {{}, {}, {}, part.failure};
     *field = std::move(part.text);
   }
-  if (model_ == fluor::kModelLs50B) {
+  for (int f = 2; f < model_.recordFieldsBeforeIntensity; ++f) {
     const TerminatedText extra = ReadToTerminator(',');
     if (MustStop(extra.failure)) return {{}, {}, {}, extra.failure};
   }

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/instruments/fluorimeter_model.h"
 #include "core/instruments/fluorimeter_protocol.h"
 #include "core/instruments/instrument_error.h"
 #include "core/instruments/patient_line.h"
@@ -74,13 +75,14 @@ class FluorimeterLink {
   static constexpr int kRefusalBound = 5;
   static constexpr int kMissingRecordBound = 2;
 
-  FluorimeterLink(SerialLine& line, Clock& clock, Operator& person, LinkState& links, int model);
+  // `preference` names the model (FluorimeterModelFor), which decides the reading record's shape.
+  FluorimeterLink(SerialLine& line, Clock& clock, Operator& person, LinkState& links,
+                  int preference);
 
   // Receives the status text of each command while it is in progress.
   void setStatusText(std::function<void(const std::string&)> show) {
     showStatus_ = std::move(show);
   }
-  int model() const { return model_; }
   bool halted() const { return halted_; }
 
   // Opens the port at the patient line's settings and throws away whatever was already waiting.
@@ -145,7 +147,7 @@ class FluorimeterLink {
   Clock& clock_;
   Operator& person_;
   LinkState& links_;
-  int model_;
+  const FluorimeterModel& model_;
   std::function<void(const std::string&)> showStatus_;
   PatientLine patient_;
   bool halted_ = false;

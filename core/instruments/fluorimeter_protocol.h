@@ -19,10 +19,6 @@ inline constexpr std::string_view kFurtherStatus = "0110";
 // What the record reader returns after 30 seconds of silence.
 inline constexpr std::string_view kBadRecord = "Bad**";
 
-// Models as numbered in the preferences.
-inline constexpr int kModelLs50 = 1;
-inline constexpr int kModelLs50B = 2;
-
 // A command as it goes on the line: its text and one carriage return.
 std::string Frame(std::string_view command);
 

@@ -20,10 +20,11 @@ constexpr double kPositionSlackNm = 1e-6;
 
 }  // namespace
 
-Acquisition::Acquisition(FluorimeterLink& link, SerialLine& line, const MethodSettings& method,
+Acquisition::Acquisition(Fluorimeter& fluorimeter, SerialLine& line, const MethodSettings& method,
                          LinkState& links, RunView& view,
                          std::function<void(const std::string&)> showStep)
-    : link_(link),
+    : fluorimeter_(fluorimeter),
+      link_(fluorimeter.link()),
       line_(line),
       method_(method),
       links_(links),
@@ -47,41 +48,38 @@ std::span<const float> Acquisition::readings() const {
   return std::span<const float>(readings_).subspan(1, static_cast<std::size_t>(n));
 }
 
-bool Acquisition::send(const std::string& command, const std::string& title) {
-  links_.LinkTimeoutCount = 0;
-  failure_ = link_.IssueCommand(command, StatusReader::Command, title);
+bool Acquisition::done(LinkFailure failure) {
+  failure_ = failure;
   return failure_ == LinkFailure::None;
 }
 
-bool Acquisition::restoreFixedLimits() {
-  return send("$MX 0", "Set Monochromators") && send("$AL 200", "Set Lower Limit") &&
-         send("$AH 800", "Set Upper Limit") && send("$MX 1", "Set Monochromator") &&
-         send("$AL 200", "Set Lower Limit") && send("$AH 900", "Set Upper Limit") &&
-         send("$MX 0", "Set Monochromators");
+bool Acquisition::send(const FluorimeterSetting& setting, const std::string& title) {
+  links_.LinkTimeoutCount = 0;
+  return done(fluorimeter_.set(setting, title));
 }
 
 bool Acquisition::setSlits(float exSlitNm, float emSlitNm, const char* exTitle,
                            const char* emTitle) {
   if (exSlitNm != exSlit_) {
-    if (!send(fluor::ExcitationSlitCommand(exSlitNm), exTitle)) return false;
+    if (!send(FluorimeterSetting::ExSlit(exSlitNm), exTitle)) return false;
     exSlit_ = exSlitNm;
   }
   if (emSlitNm != emSlit_) {
-    if (!send(fluor::EmissionSlitCommand(emSlitNm), emTitle)) return false;
+    if (!send(FluorimeterSetting::EmSlit(emSlitNm), emTitle)) return false;
     emSlit_ = emSlitNm;
   }
   return true;
 }
 
 bool Acquisition::ReadFixed(float readTimeS, int gridRow) {
-  if (method_.Synch && !restoreFixedLimits()) return false;
+  if (method_.Synch && !done(fluorimeter_.restoreFullRange())) return false;
   for (int i = 1; i <= method_.NoColors && i <= kMaxColours; ++i) {
     const ColourDeclaration& pair = method_.FixedPairs[static_cast<std::size_t>(i)];
     if (!setSlits(pair.ExSl, pair.EmSl, "Setting Excitation Slit", "Setting Emission Slit")) {
       return false;
     }
     if (pair.ExWl != exWl_ || pair.EmWl != emWl_) {
-      if (!send(fluor::MonochromatorCommand(pair.ExWl, pair.EmWl), "Setting Monochromators")) {
+      if (!send(FluorimeterSetting::Wavelengths(pair.ExWl, pair.EmWl), "Setting Monochromators")) {
         return false;
       }
       exWl_ = pair.ExWl;
@@ -97,7 +95,7 @@ bool Acquisition::ReadIntensity(int colour, float readTimeS, int gridRow) {
   if (showStep_) showStep_("Reading Sample");
   links_.LinkTimeoutCount = 0;
   const Reading reading =
-      link_.TakeReading(pair.ExWl, pair.EmWl, readTimeS, fluor::AcceptanceRule::WithinTolerance);
+      fluorimeter_.read(pair.ExWl, pair.EmWl, readTimeS, fluor::AcceptanceRule::WithinTolerance);
   failure_ = reading.failure;
   if (failure_ != LinkFailure::None) return false;
   const float value = static_cast<float>(reading.intensity);
@@ -108,36 +106,9 @@ bool Acquisition::ReadIntensity(int colour, float readTimeS, int gridRow) {
 
 bool Acquisition::configureScan() {
   const SynchScanSettings& scan = method_.SynchScan;
-  const float offset = scan.MonochromatorOffset;
   return setSlits(scan.ExSl, scan.EmSl, "Resetting Excitation slit", "Resetting Emission slit") &&
-         send("$MX 0", "Set Monochromators") &&
-         send(fluor::LowerLimitCommand(scan.LowerLimit), "Set Lower Limit") &&
-         send(fluor::UpperLimitCommand(scan.UpperLimit), "Set Upper Limit") &&
-         send("$MX 1", "Set Monochromator") &&
-         send(fluor::LowerLimitCommand(scan.LowerLimit + offset), "Set Lower Limit") &&
-         send(fluor::UpperLimitCommand(scan.UpperLimit + offset), "Set Upper Limit") &&
-         send("$MQ 0", "Set Monohcromator Qualifier") && send("$MX 2", "Set Monochromators");
-}
-
-bool Acquisition::retrieveScanStatus() {
-  int failed = 0;
-  for (;;) {
-    links_.LinkTimeoutCount = 0;
-    failure_ = link_.IssueCommand("$SC 1", StatusReader::Scan, "Retrieving Scan Status Record");
-    if (failure_ != LinkFailure::None) return false;
-    const StatusRecord record = link_.ReadStatusRecord();
-    failure_ = record.failure;
-    if (OutcomeOf(failure_) == LinkOutcome::Stop) return false;
-    if (!record.failed()) return true;
-    if (++failed < FluorimeterLink::kRefusalBound) continue;
-    failed = 0;
-    if (!link_.RetryAfterRepeats("answered \"$SC 1\" " +
-                                 std::to_string(FluorimeterLink::kRefusalBound) +
-                                 " times with a status record that did not end in \"0000\"")) {
-      failure_ = LinkFailure::Abandoned;
-      return false;
-    }
-  }
+         done(fluorimeter_.setUpSynchronousScan(scan.LowerLimit, scan.UpperLimit,
+                                                scan.MonochromatorOffset));
 }
 
 bool Acquisition::ScanSynch(bool configure, const std::string& scanningText) {
@@ -148,7 +119,7 @@ bool Acquisition::ScanSynch(bool configure, const std::string& scanningText) {
   view_.setSpectraScale(scan.LowerLimit, scan.UpperLimit, yMin_.load(), yMax_.load());
   failure_ = link_.PrepareScanBuffer();
   if (failure_ != LinkFailure::None) return false;
-  if (!retrieveScanStatus()) return false;
+  if (!done(fluorimeter_.startSynchronousScan())) return false;
   view_.clearStatus();
   view_.showStatus(scanningText);
   if (!AcquireScan()) return false;

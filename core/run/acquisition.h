@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "core/instruments/fluorimeter_link.h"
+#include "core/instruments/fluorimeter.h"
 #include "core/run/run_view.h"
 #include "core/state/method_settings.h"
 
@@ -20,7 +20,7 @@ namespace zorvel {
 // instrument is over (lost port, gave up, halted); failure() says which.
 class Acquisition {
  public:
-  Acquisition(FluorimeterLink& link, SerialLine& line, const MethodSettings& method,
+  Acquisition(Fluorimeter& fluorimeter, SerialLine& line, const MethodSettings& method,
               LinkState& links, RunView& view, std::function<void(const std::string&)> showStep);
 
   // Unknown wavelengths (window load) and slits (first reading of a run): the next reading
@@ -54,15 +54,16 @@ class Acquisition {
   float currentEmSlit() const { return emSlit_; }
 
  private:
-  // One command, LinkTimeoutCount cleared first; false when the conversation is over.
-  bool send(const std::string& command, const std::string& title);
-  bool restoreFixedLimits();
+  // One setting, LinkTimeoutCount cleared first; false when the conversation is over.
+  bool send(const FluorimeterSetting& setting, const std::string& title);
+  // Keeps the failure of an instrument step; false when it ended the conversation.
+  bool done(LinkFailure failure);
   bool setSlits(float exSlitNm, float emSlitNm, const char* exTitle, const char* emTitle);
   bool configureScan();
-  bool retrieveScanStatus();
   void plotAll();
   void drainInput();
 
+  Fluorimeter& fluorimeter_;
   FluorimeterLink& link_;
   SerialLine& line_;
   const MethodSettings& method_;

@@ -7,28 +7,26 @@ namespace zorvel {
 RunInstrument::RunInstrument(RunServices& services, RunView& view,
                              std::function<void(const std::string&)> status)
     : line_(services.fluorimeterLine),
-      link_(line_, services.clock, services.op, services.state.Links,
-            services.state.Prefs.Fluorimeter),
-      acquisition_(link_, line_, services.state.Method, services.state.Links, view, status) {
-  link_.setStatusText(std::move(status));
+      fluorimeter_(line_, services.clock, services.op, services.state.Links,
+                   services.state.Prefs.Fluorimeter),
+      acquisition_(fluorimeter_, line_, services.state.Method, services.state.Links, view, status) {
+  fluorimeter_.setStatusText(std::move(status));
 }
 
 bool RunInstrument::setUp(const MethodSettings& method) {
-  if (link_.OpenFluorimeterPort() != LinkFailure::None) return false;
-  const std::pair<std::string, std::string> steps[] = {
-      {"$RE 0", "Setting-up Instrument...Set Free Run Mode"},
-      {"$PH 0", "Setting-up Instrument...Set Fluorescence Mode"},
-      {"$ES 0", "Setting-up Instrument...Turn Lamp On"},
-      {fluor::FilterCommand(method.FilterSetting), "Setting-up Instrument...Set Filter"},
-      {fluor::PmtVoltageCommand(static_cast<int>(method.PMTVoltage)),
-       "Setting-up Instrument...Set PMT Voltage"},
-      {fluor::ScanSpeedCommand(method.ScanSpeed), "Setting-up Instrument...Set Scan Speed"},
+  if (fluorimeter_.open() != LinkFailure::None) return false;
+  using S = FluorimeterSetting;
+  const std::pair<FluorimeterSetting, std::string> steps[] = {
+      {S::FreeRun(), "Setting-up Instrument...Set Free Run Mode"},
+      {S::Fluorescence(), "Setting-up Instrument...Set Fluorescence Mode"},
+      {S::Lamp(), "Setting-up Instrument...Turn Lamp On"},
+      {S::Filter(method.FilterSetting), "Setting-up Instrument...Set Filter"},
+      {S::Voltage(static_cast<int>(method.PMTVoltage)), "Setting-up Instrument...Set PMT Voltage"},
+      {S::Speed(method.ScanSpeed), "Setting-up Instrument...Set Scan Speed"},
   };
   // Two time-outs anywhere in the set-up end the program: the count is not cleared here.
-  for (const auto& [command, title] : steps) {
-    if (link_.IssueCommand(command, StatusReader::Command, title) != LinkFailure::None) {
-      return false;
-    }
+  for (const auto& [setting, title] : steps) {
+    if (fluorimeter_.set(setting, title) != LinkFailure::None) return false;
   }
   return true;
 }

@@ -3,15 +3,15 @@
 #include <functional>
 #include <string>
 
-#include "core/instruments/fluorimeter_link.h"
+#include "core/instruments/fluorimeter.h"
 #include "core/run/acquisition.h"
 #include "core/run/run_services.h"
 #include "core/run/run_view.h"
 
 namespace zorvel {
 
-// The run's fluorimeter: its conversation over the run's line, the instrument set-up that Init
-// sends, and the acquisition of each reading. Every step shows its title through `status`.
+// The run's fluorimeter: the instrument over the run's line, the set-up that Init sends, and
+// the acquisition of each reading. Every step shows its title through `status`.
 class RunInstrument {
  public:
   RunInstrument(RunServices& services, RunView& view,
@@ -23,12 +23,12 @@ class RunInstrument {
   Acquisition& acquisition() { return acquisition_; }
   const Acquisition& acquisition() const { return acquisition_; }
   // The link failed for good: the program is ending.
-  bool halted() const { return link_.halted(); }
+  bool halted() const { return fluorimeter_.halted(); }
   void close();
 
  private:
   SerialLine& line_;
-  FluorimeterLink link_;
+  Fluorimeter fluorimeter_;
   Acquisition acquisition_;
 };
 

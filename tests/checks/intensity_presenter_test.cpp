@@ -115,7 +115,7 @@ TEST(IntensitySettings, RangesRefuseWhatTheInstrumentWouldReject) {
   const auto refusedBox = [](auto change) {
     IntensitySettings s;
     change(s);
-    const auto refusal = RefuseReading(s);
+    const auto refusal = RefuseReading(s, kLs50B);
     return refusal ? static_cast<int>(refusal->box) : -1;
   };
   EXPECT_EQ(-1, refusedBox([](IntensitySettings&) {}));
@@ -132,17 +132,17 @@ TEST(IntensitySettings, RangesRefuseWhatTheInstrumentWouldReject) {
   IntensitySettings s;
   // A slit keeps its tenths, so a typed 2.5 is taken and sent as typed.
   EXPECT_FALSE(ApplyBoxText(s, IntensityBox::ExSl, "2.5").message);
-  EXPECT_FALSE(RefuseReading(s));
-  EXPECT_EQ("$SX 2.5", IntensitySetUpCommands(s)[6].command);
+  EXPECT_FALSE(RefuseReading(s, kLs50B));
+  EXPECT_EQ("$SX 2.5", SettingCommand(IntensitySetUpSteps(s)[6].setting));
   EXPECT_TRUE(ApplyBoxText(s, IntensityBox::ExWl, "99999").message);  // beyond 16 bits
   // Each refusal states the range it checks.
   s = {};
   s.scanSpeed = 5;
   EXPECT_EQ("The scan speed must be from -1500 to -10 or from 10 to 1500 nm/min.",
-            RefuseReading(s)->message);
+            RefuseReading(s, kLs50B)->message);
   s = {};
   s.emissionSlitNm = 2.4f;
-  EXPECT_EQ("The emission slit must be from 2.5 to 20 nm.", RefuseReading(s)->message);
+  EXPECT_EQ("The emission slit must be from 2.5 to 20 nm.", RefuseReading(s, kLs50B)->message);
 }
 
 }  // namespace

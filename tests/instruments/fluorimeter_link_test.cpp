@@ -17,7 +17,7 @@ constexpr const char* kOk = "0000\r\n";
 
 class FluorimeterLinkTest : public ::testing::Test {
  protected:
-  explicit FluorimeterLinkTest(int model = fluor::kModelLs50B)
+  explicit FluorimeterLinkTest(int model = kLs50B.preference)
       : link(line, clock, person, links, model) {
     line.open("9600,N,8,1");
   }
@@ -38,7 +38,7 @@ class FluorimeterLinkTest : public ::testing::Test {
 
 class Ls50LinkTest : public FluorimeterLinkTest {
  protected:
-  Ls50LinkTest() : FluorimeterLinkTest(fluor::kModelLs50) {}
+  Ls50LinkTest() : FluorimeterLinkTest(kLs50.preference) {}
 };
 
 TEST_F(FluorimeterLinkTest, InterimStatusIsFollowedWithoutResending) {
@@ -285,7 +285,7 @@ TEST(FluorimeterLinkLost, PortVanishingMidCommandEndsTheWaitAtOnce) {
   line.open("9600,N,8,1");
   ScriptedOperator person;
   LinkState links;
-  FluorimeterLink link(line, clock, person, links, fluor::kModelLs50B);
+  FluorimeterLink link(line, clock, person, links, kLs50B.preference);
   EXPECT_EQ(LinkFailure::LostPort, link.IssueCommand("$SC 1", StatusReader::Scan));
   EXPECT_EQ(LinkFailure::LostPort, link.IssueCommand("$RE 0", StatusReader::Command));
   EXPECT_EQ(1u, person.messages().size());

@@ -112,7 +112,7 @@ TEST(SerialFaults, EveryFluorimeterFaultReachesItsBoxAndGivesUp) {
     line.open("9600,N,8,1");
     TimedOperator person(clock);
     LinkState links;
-    FluorimeterLink link(line, clock, person, links, fluor::kModelLs50B);
+    FluorimeterLink link(line, clock, person, links, kLs50B.preference);
     const LinkFailure failure =
         f.reading ? link.TakeReading(350, 398, 1.0f, fluor::AcceptanceRule::WithinTolerance).failure
                   : link.IssueCommand("$SX 5.0", StatusReader::Command);
@@ -133,7 +133,7 @@ TEST(SerialFaults, ASlowLineNeverMisframesAndNobodyToAnswerStopsAtOnce) {
   line.open("9600,N,8,1");
   TimedOperator person(clock);
   LinkState links;
-  FluorimeterLink link(line, clock, person, links, fluor::kModelLs50B);
+  FluorimeterLink link(line, clock, person, links, kLs50B.preference);
   for (int k = 0; k < 2; ++k) {
     const Reading r = link.TakeReading(350, 398, 1.0f, fluor::AcceptanceRule::WithinTolerance);
     EXPECT_EQ(LinkFailure::None, r.failure);
@@ -147,7 +147,7 @@ TEST(SerialFaults, ASlowLineNeverMisframesAndNobodyToAnswerStopsAtOnce) {
   line2.open("9600,N,8,1");
   TimedOperator gone(clock);
   gone.exhausted = true;
-  FluorimeterLink link2(line2, clock, gone, links, fluor::kModelLs50B);
+  FluorimeterLink link2(line2, clock, gone, links, kLs50B.preference);
   EXPECT_EQ(LinkFailure::Abandoned, link2.IssueCommand("$SX 5.0", StatusReader::Command));
   EXPECT_EQ(1u, gone.boxes.size());
 }

@@ -227,13 +227,14 @@ TEST(InstrumentRanges, WhatTheFluorimeterWouldRefuseIsNamed) {
     return m;
   };
   MethodSettings m = valid();
-  EXPECT_EQ(InstrumentRangeProblem(m), std::nullopt);
+  EXPECT_EQ(InstrumentRangeProblem(m, kLs50B), std::nullopt);
   m.PMTVoltage = -1;  // the instrument's default
-  EXPECT_EQ(InstrumentRangeProblem(m), std::nullopt);
+  EXPECT_EQ(InstrumentRangeProblem(m, kLs50B), std::nullopt);
   const std::pair<std::function<void(MethodSettings&)>, std::string> cases[] = {
       {[](MethodSettings& x) { x.ReadTime = 0.05f; },
        "The read time 0.05 is outside 0.1 to 100 s, which the fluorimeter would refuse."},
-      {[](MethodSettings& x) { x.PMTVoltage = 950; }, "The PMT voltage 950 is outside 0 to 900 V"},
+      {[](MethodSettings& x) { x.PMTVoltage = 100; },
+       "The PMT voltage 100 is outside 200 to 1000 V"},
       {[](MethodSettings& x) { x.FixedPairs[2].EmWl = 950; },
        "Colour 2: the emission wavelength 950 is outside 200 to 900 nm"},
       {[](MethodSettings& x) { x.FixedPairs[1].ExSl = 1; },
@@ -244,7 +245,7 @@ TEST(InstrumentRanges, WhatTheFluorimeterWouldRefuseIsNamed) {
   for (const auto& [change, said] : cases) {
     MethodSettings bad = valid();
     change(bad);
-    const auto problem = InstrumentRangeProblem(bad);
+    const auto problem = InstrumentRangeProblem(bad, kLs50B);
     ASSERT_TRUE(problem.has_value()) << said;
     EXPECT_EQ(0u, problem->find(said)) << *problem;
   }

@@ -1,0 +1,19 @@
+#include "core/instruments/fluorimeter_model.h"
+
+#include <array>
+
+namespace zorvel {
+
+std::span<const FluorimeterModel* const> FluorimeterModels() {
+  static const std::array<const FluorimeterModel*, 2> models{&kLs50, &kLs50B};
+  return models;
+}
+
+const FluorimeterModel& FluorimeterModelFor(int preference) {
+  for (const FluorimeterModel* model : FluorimeterModels()) {
+    if (model->preference == preference) return *model;
+  }
+  return kLs50B;
+}
+
+}  // namespace zorvel
