@@ -60,6 +60,10 @@ struct Bench {
     return true;
   }
   bool holderRead = false;
+  // Time drives are only run by the water-cell check, which has the operator put the sealed
+  // water cell in the holder first: they read it, not the flow cell or a sample cuvette. False:
+  // the operator forgot, and the drive reads whatever is in the light path.
+  bool waterCellPlaced = true;
 };
 
 }  // namespace zorvel::sim

@@ -247,14 +247,27 @@ void FluorimeterSim::scheduleTimeDrive(int points, std::vector<Reply>& after) {
                              Tenths(s.emissionSlitNm) + "," + text::plain(points) + "," +
                              text::fixed(s.timeIntervalS, 2) + "\r\n" + kAccepted;
   after.push_back({header, 0.0});
+  Sample waterCell;
+  waterCell.label = "water cell";
   for (int k = 1; k <= points; ++k) {
-    const double value = measure(s.excitationNm, s.emissionNm, s.timeIntervalS);
+    const double value =
+        bench_.waterCellPlaced
+            ? measureSample(waterCell, s.excitationNm, s.emissionNm, s.timeIntervalS)
+            : measure(s.excitationNm, s.emissionNm, s.timeIntervalS);
     after.push_back({text::fixed(value * 1000.0, 0) + ",", k * s.timeIntervalS});
   }
 }
 
 double FluorimeterSim::measure(double excitationNm, double emissionNm, double readTimeS) {
   const bool empty = bench_.readFromFlowCell ? !bench_.flowCellFilled : !bench_.cuvetteInHolder;
+  // Nothing in the light path reads as dark: a sample with no solvent and no dye.
+  Sample dark;
+  dark.water = false;
+  return measureSample(empty ? dark : bench_.inLightPath(), excitationNm, emissionNm, readTimeS);
+}
+
+double FluorimeterSim::measureSample(const Sample& sample, double excitationNm, double emissionNm,
+                                     double readTimeS) {
   Optics optics;
   optics.excitationNm = excitationNm;
   optics.emissionNm = emissionNm;
@@ -263,7 +276,7 @@ double FluorimeterSim::measure(double excitationNm, double emissionNm, double re
   optics.filter = settings_.filter;
   optics.pmtVolts = settings_.pmtVolts;
   optics.lampPower = settings_.lampOn ? lampPower_ : 0.0;
-  const double ideal = empty ? 0.0 : ModelIntensity(bench_.inLightPath(), optics);
+  const double ideal = ModelIntensity(sample, optics);
   std::normal_distribution<double> unit(0.0, 1.0);
   const double spread = noise_ / std::sqrt(std::max(readTimeS, 0.01));
   return ideal * (1.0 + spread * unit(random_)) + 0.01 * unit(random_);

@@ -100,6 +100,9 @@ class FluorimeterSim final : public LinePeer {
   void scheduleScan(std::vector<Reply>& after);
   void scheduleTimeDrive(int points, std::vector<Reply>& after);
   double measure(double excitationNm, double emissionNm, double readTimeS);
+  // The same of a given sample, whatever the light path holds.
+  double measureSample(const Sample& sample, double excitationNm, double emissionNm,
+                       double readTimeS);
   void send(LineEnd& reply, const std::string& bytes, double atS);
 
   Bench& bench_;

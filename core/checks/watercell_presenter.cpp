@@ -6,6 +6,7 @@
 #include "core/files/file_output.h"
 #include "core/files/log_line.h"
 #include "core/files/paths.h"
+#include "core/text/number_format.h"
 
 namespace zorvel {
 
@@ -191,8 +192,30 @@ LinkFailure WaterCellPresenter::collectDrive(FluorimeterLink& link) {
   return LinkFailure::None;
 }
 
+bool WaterCellPresenter::signalAccepted() {
+  if (result_.mean > kLeastWaterSignal) return true;
+  const std::string least = text::fixed(kLeastWaterSignal, 3);
+  const std::string question =
+      "The water cell read a mean of " + text::fixed(result_.mean, 3) + ", at or below " + least +
+      ": that is no water signal. Check that the water cell is in the cuvette holder, the lamp "
+      "is lit and the sample compartment is closed. Keep it as a water-cell baseline anyway?";
+  if (op_.message(question, "ZORVEL QUESTION", BoxIcon::Question, BoxButtons::YesNo) ==
+      answer::kYes) {
+    return true;
+  }
+  view_.printLine(CheckArea::Status, 3, "Not stored: a mean at or below " + least, false);
+  view_.printLine(CheckArea::Status, 4, "is no water signal. Check the water cell and the lamp,",
+                  false);
+  view_.printLine(CheckArea::Status, 5, "then run the check again.", false);
+  return false;
+}
+
 void WaterCellPresenter::judge() {
   view_.printLine(CheckArea::Status, 1, WaterCellMeanLine(result_), true);
+  if (!signalAccepted()) {
+    finish(WaterCellStage::Outside);
+    return;
+  }
   const std::string path = waterCellLogPath();
   if (!FileExists(path) &&
       !CreateTextFile(path, WaterCellHeaderLine() + WaterCellRecordLine(result_, clock_.now()))) {

@@ -29,6 +29,11 @@ class WaterCellPresenter {
   static constexpr int kPoints = 240;
   // The progress bar spans the drive's (points - 10) / 2 seconds.
   static constexpr double kProgressSpanS = (kPoints - 10) / 2.0;
+  // The least mean that is a water signal at the check's conditions. With the lamp off or an
+  // empty holder the detector reads its dark noise, a few hundredths either side of zero; the
+  // water cell's Raman band reads tens of units. A mean at or below this is no water signal,
+  // and it becomes a baseline only when the operator says so.
+  static constexpr double kLeastWaterSignal = 1.0;
 
   // line: this window's fluorimeter port. lastResult: the session's last result, which
   // outlives the window (Cancel writes it into the program log).
@@ -64,6 +69,8 @@ class WaterCellPresenter {
   LinkFailure setUpInstrument(Fluorimeter& fluorimeter);
   LinkFailure collectDrive(FluorimeterLink& link);
   void judge();
+  // True when the mean may go on to be judged and stored.
+  bool signalAccepted();
   void finish(WaterCellStage stage);
   void log(const std::string& entry);
 

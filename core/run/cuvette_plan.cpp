@@ -61,7 +61,8 @@ SampleType CuvettePlan::typeToRead() const {
 void CuvettePlan::read() {
   if (!engine_.numberWithinRange(typeToRead())) return;
   if (!engine_.machine().fire(RunEvent::Read)) return;
-  engine_.beginReading();
+  engine_.beginReading(!sameCuvette_);
+  sameCuvette_ = false;
   bool ok = true;
   if (BuildingDatabases) {
     ok = ReadSample(SampleType::Blank);
@@ -335,7 +336,8 @@ void CuvettePlan::readingNotRecorded() {
   RepromptSample(true);
 }
 
-void CuvettePlan::RepromptSample(bool /*aborted*/) {
+void CuvettePlan::RepromptSample(bool aborted) {
+  sameCuvette_ = aborted;
   engine_.machine().fire(RunEvent::Decided);
   showReadButton();
   view_.clearStatus();

@@ -80,6 +80,9 @@ class CuvettePlan final : public RunPlan {
 
   Stage stage_ = Stage::Fixed;
   std::optional<SampleType> classified_;
+  // Nothing was filed from the cuvette in the holder (rejected, not recorded, or the link was
+  // lost): the item is asked for again and the next Read reads the same cuvette.
+  bool sameCuvette_ = false;
   bool puresFinished_ = false;
 };
 

@@ -167,10 +167,10 @@ void RunEngine::clearComment() {
   comment_.set("");
 }
 
-void RunEngine::beginReading() {
+void RunEngine::beginReading(bool newCuvette) {
   display_.hideButtons();
   view().clearSpectra();
-  if (insertNext_) insertNext_();
+  if (newCuvette && insertNext_) insertNext_();
 }
 
 void RunEngine::numberTube(SampleType type, bool& pureStartPending) {

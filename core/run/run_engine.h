@@ -74,8 +74,9 @@ class RunEngine {
   // Quitting while pures are still due asks first; on Yes the set's reading files go, since
   // without its pures the set cannot be used. False keeps the run.
   bool confirmQuitDuringPures(bool puresPending);
-  // The reading is under way: no reset, no buttons, an empty plot and the next cuvette in.
-  void beginReading();
+  // The reading is under way: no reset, no buttons, an empty plot and, unless the item is read
+  // again from the cuvette already in the holder, the next cuvette in.
+  void beginReading(bool newCuvette);
   void setCuvetteChanger(std::function<void()> insertNext) { insertNext_ = std::move(insertNext); }
 
   // Numbers a cuvette's reading or a tray's tube; the run's first reading sends the slits

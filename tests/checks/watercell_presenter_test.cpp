@@ -218,5 +218,22 @@ TEST_F(WaterCellOnSimulatorTest, FreshInstrumentPassesAndLostLampPowerFails) {
   EXPECT_TRUE(op.shown.empty());
 }
 
+TEST_F(WaterCellTest, ADarkMeanBecomesABaselineOnlyWhenTheOperatorSaysSo) {
+  presenter.opened();
+  scriptCheck("3");  // 0.003: the detector's dark noise, no water signal
+  op.answerNext(answer::kNo);
+  presenter.start();
+  ASSERT_EQ(1u, op.messages().size());
+  EXPECT_EQ(
+      "The water cell read a mean of 0.003, at or below 1.000: that is no water signal. Check "
+      "that the water cell is in the cuvette holder, the lamp is lit and the sample compartment "
+      "is closed. Keep it as a water-cell baseline anyway?",
+      op.messages()[0].text);
+  EXPECT_EQ(WaterCellStage::Outside, presenter.stage());
+  EXPECT_FALSE(FileExists(dir + "ZORVEL.MSF"));
+  presenter.ok();
+  EXPECT_FALSE(FileExists(dir + "ZORVEL.MSF"));
+}
+
 }  // namespace
 }  // namespace zorvel

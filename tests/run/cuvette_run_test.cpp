@@ -81,12 +81,15 @@ TEST(CuvetteRun, FixedReadingsFromSolventBlankThroughPuresToSamplesControlsAndBl
   // belongs to the reading it was typed for: it goes with a cancelled reading, and with a
   // control filed, rather than onto the next record.
   read(run, decide);
+  const int rejected = run.instrument.cuvette;
   run.controller->Comment_Change("bubble");
   run.op.answerNext(answer::kCancel);
   run.controller->act(RunAction::Reject);
   EXPECT_EQ("NS", run.view.rowLabels[8]);
   EXPECT_EQ(std::string("Waiting For New Cuvette.|") + kReadOrQuit, run.view.prompt());
+  // Nothing of it was filed: the operator reads the same cuvette again until it is changed.
   read(run, decide);
+  EXPECT_EQ(rejected, run.instrument.cuvette);
   EXPECT_EQ("2", run.view.rowLabels[9]);
   run.controller->act(RunAction::Accept);
 

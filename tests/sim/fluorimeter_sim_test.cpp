@@ -92,7 +92,10 @@ TEST_F(FluorimeterSimTest, WaterShowsItsRamanBandAndSettingsScaleIt) {
 }
 
 TEST_F(FluorimeterSimTest, WaterCellTimeDriveGivesHeaderAnd240StablePoints) {
-  bench.cuvette = Sample{};
+  // The water cell is read even where the bench reads the empty flow cell otherwise (the
+  // autosampler's dilutor was initialised before the check).
+  bench.readFromFlowCell = true;
+  bench.flowCellFilled = false;
   for (const char* c : {"$RE 0", "$SX 5.0", "$SM 5.0", "$FW 2", "$PV 820", "$GM 350.0,397.5",
                         "$TI 0.5", "$RT 0.0", "$TD 240"}) {
     send(c, StatusReader::Water);
@@ -122,6 +125,8 @@ TEST_F(FluorimeterSimTest, WaterCellTimeDriveGivesHeaderAnd240StablePoints) {
   EXPECT_EQ(0u, line.charactersWaiting());
 
   // A failing lamp takes the level well outside a 5 % band.
+  bench.readFromFlowCell = false;
+  bench.cuvette = Sample{};
   sim.setLampPower(0.9);
   EXPECT_LT(read(350.0, 397.5), 0.95 * mean);
 }
