@@ -69,13 +69,34 @@ AutosamplerPresenter::AutosamplerPresenter(MaintenanceRig rig, std::string metho
       methodsDirectory_(std::move(methodsDirectory)),
       view_(view),
       hooks_(std::move(hooks)),
-      sequences_(rig, SequenceHooks{{},
-                                    [this] { showArm(); },
-                                    [this](AutosamplerField f) {
-                                      showField(f);
-                                      view_.selectFieldText(f);
-                                    },
-                                    {}}) {}
+      sequences_(
+          rig,
+          SequenceHooks{[this](const std::string& step) { view_.showSequenceStep(step); },
+                        [this] { showArm(); },
+                        [this](AutosamplerField f) {
+                          showField(f);
+                          view_.selectFieldText(f);
+                        },
+                        [this](int done, int total) { view_.showSequenceProgress(done, total); }}) {
+}
+
+SequenceEnd AutosamplerPresenter::ended(const std::string& name, SequenceEnd end) {
+  switch (end) {
+    case SequenceEnd::Done:
+      view_.showSequenceStep(name + ": done");
+      break;
+    case SequenceEnd::SettingsRefused:
+      view_.showSequenceStep(name + ": the settings were refused; nothing moved");
+      break;
+    case SequenceEnd::LinkFailed:
+      view_.showSequenceStep(name + " stopped: the arm or the dilutor failed");
+      break;
+    case SequenceEnd::Stopped:
+      view_.showSequenceStep(name + ": " + sequences_.stoppedState());
+      break;
+  }
+  return end;
+}
 
 void AutosamplerPresenter::showField(AutosamplerField field) {
   view_.setFieldText(field, whole(FieldValue(rig_.settings, field)));
@@ -344,12 +365,9 @@ void AutosamplerPresenter::locate() {
   at.ArmOffsetX = 0;
   at.ArmOffsetY = 0;
   const AutosamplerSettings& s = rig_.settings;
-  for (int tube = s.StartingTube; tube <= s.EndingTube; ++tube) {
-    selectedHeight_ = s.BackFillHeight;
-    showSelectedHeight();
-    if (sequences_.moveTo(static_cast<std::int16_t>(tube)) != LinkFailure::None) return;
-    if (sequences_.lower(selectedHeight_, "backfill") != LinkFailure::None) return;
-  }
+  selectedHeight_ = s.BackFillHeight;
+  showSelectedHeight();
+  ended("Locate", sequences_.LocateTubes(s.StartingTube, s.EndingTube, selectedHeight_));
 }
 
 void AutosamplerPresenter::savePosition() {

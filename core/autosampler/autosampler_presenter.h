@@ -78,11 +78,13 @@ class AutosamplerPresenter {
   bool tubeTyped(std::string_view text);
   void savePosition();
 
-  // The pump sequences (on the worker).
-  SequenceEnd primePump() { return sequences_.PrimePump(); }
-  SequenceEnd checkRinse() { return sequences_.CheckRinse(); }
-  SequenceEnd checkVolumes() { return sequences_.CheckVolumes(); }
-  SequenceEnd testing() { return sequences_.Testing(); }
+  // The pump sequences (on the worker); each ends by saying how it ended.
+  SequenceEnd primePump() { return ended("Prime Pump", sequences_.PrimePump()); }
+  SequenceEnd checkRinse() { return ended("Check Rinse", sequences_.CheckRinse()); }
+  SequenceEnd checkVolumes() { return ended("Check Volumes", sequences_.CheckVolumes()); }
+  SequenceEnd testing() { return ended("Testing", sequences_.Testing()); }
+  // "Stop" (any thread): the running sequence or Locate ends at its next step.
+  void stopSequence() { sequences_.requestStop(); }
 
   // False while a sequence runs; otherwise the window's controls stop answering until
   // endSequence.
@@ -106,6 +108,7 @@ class AutosamplerPresenter {
   void error(const std::string& text);
   void manualMove(float xMm, float yMm);
   void showStandardAndBlank();
+  SequenceEnd ended(const std::string& name, SequenceEnd end);
 
   MaintenanceRig rig_;
   std::string methodsDirectory_;

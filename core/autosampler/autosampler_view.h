@@ -39,6 +39,11 @@ class AutosamplerView {
   // While an arm or pump sequence runs, nothing that starts another or edits the settings
   // answers; the window still repaints.
   virtual void setSequenceRunning(bool running) = 0;
+  // The status line of a running sequence: the step under way, and at the end how it ended and
+  // in what state it left the instruments.
+  virtual void showSequenceStep(const std::string& text) = 0;
+  // Steps done of the sequence's steps.
+  virtual void showSequenceProgress(int done, int total) = 0;
   // The tray, the sample range or the standard and blank tubes changed: redraw the picture.
   virtual void trayChanged() = 0;
   // "Done": the window goes away and the main window shows again.

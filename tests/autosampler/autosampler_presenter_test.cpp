@@ -27,6 +27,8 @@ class FakeView final : public AutosamplerView {
   void setHeightText(const std::string& text) override { height = text; }
   void setSavePositionEnabled(bool on) override { savePos = on; }
   void setSequenceRunning(bool on) override { running = on; }
+  void showSequenceStep(const std::string& text) override { steps.push_back(text); }
+  void showSequenceProgress(int done, int total) override { progress = {done, total}; }
   void trayChanged() override { ++trayRedraws; }
   void close() override {}
 
@@ -39,6 +41,8 @@ class FakeView final : public AutosamplerView {
   std::string height;
   bool savePos = false, running = false;
   int trayRedraws = 0;
+  std::vector<std::string> steps;
+  std::pair<int, int> progress;
 };
 
 TEST(FieldRulesTest, RulesResetTheValueAndSayWhy) {

@@ -1,7 +1,10 @@
 #include "ui/windows/autosampler_window.h"
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
@@ -193,6 +196,49 @@ TEST_F(AutosamplerWindowTest, GoToNeverMovesToARefusedTubeAndTheFocusComesBack) 
   EXPECT_EQ(op.messages()[1].text, "Ending Tube: Answer must be in range of 3-6.");
   EXPECT_EQ(ending->text(), "5");
   EXPECT_TRUE(ending->hasFocus());
+}
+
+// Presses Stop while the volume check waits for its look at the flow cell, as an operator who
+// has seen enough would.
+class StoppingOperator final : public Operator {
+ public:
+  int messageBox(const MessageBoxRequest& box) override {
+    if (box.text == "Check Flow Cell" && stop) {
+      QMetaObject::invokeMethod(stop, "click", Qt::BlockingQueuedConnection);
+    }
+    return answer::kOk;
+  }
+  std::string inputBox(const std::string&, const std::string&, const std::string&) override {
+    return "";
+  }
+  std::string fileDialog(const FileDialogRequest&) override { return ""; }
+  void beep() override {}
+  void setBusy(bool) override {}
+  void endProgram(int) override {}
+  QPointer<QPushButton> stop;
+};
+
+TEST_F(AutosamplerWindowTest, AVolumeCheckShowsItsStepsAndStopsSafelyWithTheTrayLocked) {
+  StoppingOperator person;
+  window = std::make_unique<ui::AutosamplerWindow>(
+      state, person, clock, std::make_unique<sim::SimulatedLine>(clock, armModel, "COM3 (sim)"),
+      std::make_unique<sim::SimulatedLine>(clock, pumpModel, "COM2 (sim)"), AutosamplerHooks{});
+  window->show();
+  settle();
+  person.stop = child<QPushButton>(*window, "SequenceStop");
+  EXPECT_FALSE(person.stop->isEnabled());
+  click("CheckVol");
+  // While it runs: the tray settings are locked with the rest, Stop is offered.
+  EXPECT_FALSE(child<QWidget>(*window, "Tray_Frame")->isEnabled());
+  settle();
+  const QString said = child<QLabel>(*window, "SequenceStatus")->text();
+  EXPECT_TRUE(
+      said.startsWith("Check Volumes: Stopped after step 7 of 16 (Check Flow Cell). The "
+                      "valve is at port 1, the arm is home"))
+      << said.toStdString();
+  EXPECT_EQ(child<QProgressBar>(*window, "SequenceProgress")->value(), 6);
+  EXPECT_TRUE(child<QWidget>(*window, "Tray_Frame")->isEnabled());
+  EXPECT_FALSE(person.stop->isEnabled());
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include "ui/windows/field_commits.h"
+#include "ui/windows/sequence_bar.h"
 #include "ui/windows/tray_picture.h"
 
 namespace zorvel::ui {
@@ -54,12 +55,18 @@ AutosamplerWindow::AutosamplerWindow(AppState& state, Operator& op, Clock& clock
   picture_ = new TrayPicture(state.Tray, state.Method.Autosampler);
   auto* right = new QVBoxLayout;
   right->addWidget(picture_, 1);
-  right->addWidget(buildTray());
+  trayGroup_ = buildTray();
+  right->addWidget(trayGroup_);
 
-  auto* layout = new QHBoxLayout(this);
+  auto* upper = new QHBoxLayout;
+  upper->addWidget(controls_);
+  upper->addLayout(right, 1);
+  // Stop reaches the worker directly: the window's own jobs are what it stops.
+  sequenceBar_ = new SequenceBar([this] { presenter_.stopSequence(); });
+  auto* layout = new QVBoxLayout(this);
   layout->setMenuBar(menus);
-  layout->addWidget(controls_);
-  layout->addLayout(right, 1);
+  layout->addLayout(upper, 1);
+  layout->addWidget(sequenceBar_);
   state_.Flags.AutosamplerWindowOpened = true;
 }
 
@@ -167,13 +174,25 @@ void AutosamplerWindow::setSavePositionEnabled(bool enabled) {
 
 void AutosamplerWindow::setSequenceRunning(bool running) {
   onWindow([this, running] {
+    // Everything that would change the running work waits; the tray picture, the status and
+    // Stop stay.
     controls_->setEnabled(!running);
+    trayGroup_->setEnabled(!running);
+    sequenceBar_->setRunning(running);
     if (running) {
       setCursor(Qt::BusyCursor);
     } else {
       unsetCursor();
     }
   });
+}
+
+void AutosamplerWindow::showSequenceStep(const std::string& text) {
+  onWindow([this, text] { sequenceBar_->showStep(text); });
+}
+
+void AutosamplerWindow::showSequenceProgress(int done, int total) {
+  onWindow([this, done, total] { sequenceBar_->showProgress(done, total); });
 }
 
 void AutosamplerWindow::trayChanged() {

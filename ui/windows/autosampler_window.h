@@ -27,6 +27,8 @@ class QWidget;
 
 namespace zorvel::ui {
 
+class SequenceBar;
+
 class FieldCommits;
 class TrayPicture;
 
@@ -57,6 +59,8 @@ class AutosamplerWindow final : public QDialog, public AutosamplerView {
   void setHeightText(const std::string& text) override;
   void setSavePositionEnabled(bool enabled) override;
   void setSequenceRunning(bool running) override;
+  void showSequenceStep(const std::string& text) override;
+  void showSequenceProgress(int done, int total) override;
   void trayChanged() override;
   void close() override;
 
@@ -97,6 +101,8 @@ class AutosamplerWindow final : public QDialog, public AutosamplerView {
   std::map<AutosamplerField, QLineEdit*> fields_;
   std::map<AutosamplerGroup, QButtonGroup*> groups_;
   QWidget* controls_ = nullptr;
+  QWidget* trayGroup_ = nullptr;
+  SequenceBar* sequenceBar_ = nullptr;
   TrayPicture* picture_ = nullptr;
   QCheckBox* standardBox_ = nullptr;
   QCheckBox* blankBox_ = nullptr;
