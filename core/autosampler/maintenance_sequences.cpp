@@ -110,6 +110,7 @@ SequenceEnd MaintenanceSequences::runSteps(const std::vector<Step>& steps) {
 }
 
 void MaintenanceSequences::stopSafely(int done, int total, const std::string& last) {
+  if (hooks_.progress) hooks_.progress(done, total);
   const bool dilutor = rig_.pump.isOpen();
   tell(dilutor ? "Stopping: valve to port 1, arm home" : "Stopping: arm home");
   const bool valve = !dilutor || rig_.pump.SelectValvePort(1) == LinkFailure::None;

@@ -119,7 +119,7 @@ TEST_F(Maintenance, StopEndsAtTheNextStepWithTheValveAtPortOneAndTheArmHome) {
   EXPECT_EQ(sent(), (Lines{"dilutor 1 ZR", "dilutor 3 Z4R", "arm SETM ABSPOS=56,20<CR>",
                            "arm SET DOWN=105<CR>", "dilutor 1 IS15P225R", "dilutor 3 Y2A1R",
                            "arm RESET<CR>"}));
-  EXPECT_EQ(progress, (std::vector<std::pair<int, int>>{{0, 16}, {1, 16}, {2, 16}}));
+  EXPECT_EQ(progress, (std::vector<std::pair<int, int>>{{0, 16}, {1, 16}, {2, 16}, {3, 16}}));
   EXPECT_EQ(stoppable.stoppedState(),
             "Stopped after step 3 of 16 (Draw 750 ul of sample). The valve is at port 1, the arm "
             "is home with the probe raised; the syringe still holds liquid: run Check Rinse "

@@ -236,7 +236,7 @@ TEST_F(AutosamplerWindowTest, AVolumeCheckShowsItsStepsAndStopsSafelyWithTheTray
       said.startsWith("Check Volumes: Stopped after step 7 of 16 (Check Flow Cell). The "
                       "valve is at port 1, the arm is home"))
       << said.toStdString();
-  EXPECT_EQ(child<QProgressBar>(*window, "SequenceProgress")->value(), 6);
+  EXPECT_EQ(child<QProgressBar>(*window, "SequenceProgress")->value(), 7);
   EXPECT_TRUE(child<QWidget>(*window, "Tray_Frame")->isEnabled());
   EXPECT_FALSE(person.stop->isEnabled());
 }
