@@ -40,6 +40,9 @@ bool loadMethod(Context& context, Operator& op) {
   return true;
 }
 
+// Why --resume starts no run on a set whose tray runs all completed: not a failure.
+constexpr const char* kNothingToResume = "the data set has no tray run left unfinished";
+
 // The shells' code for a program ended by SIGTERM.
 constexpr int kTerminatedExitCode = 128 + 15;
 
@@ -90,7 +93,15 @@ std::optional<RunLaunch> launch(Context& context, RunOperator& op, QualityChecks
   if (!reopened.ok) return std::nullopt;
   // What the main window's median display would show for the reloaded control database.
   PrintMedians(context.out, checks.snapshot(), checks.medianRow(context.state.Method.NoColors));
-  return LaunchAppend(services, false, reopened.nextSampleNumber, reopened.lastSampleNumber);
+  // --resume answers the question before it is asked; otherwise the answer file answers it.
+  std::optional<TrayResume> resume = OfferTrayResume(context.state, op, !context.options.resume);
+  if (context.options.resume && !resume) {
+    RunLaunch nothing;
+    nothing.notStartedReason = kNothingToResume;
+    return nothing;
+  }
+  return LaunchAppend(services, false, reopened.nextSampleNumber, reopened.lastSampleNumber,
+                      std::move(resume));
 }
 
 // What the run window waits for, for messages about answers that do not fit.
@@ -243,6 +254,10 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
     return context.fail(context.script.failure(), 2);
   }
   if (!start) return context.fail("the data set " + o.appendDataPath + " cannot be reopened", 2);
+  if (!start->startRun && start->notStartedReason == kNothingToResume) {
+    context.out << "Nothing to resume: " << start->notStartedReason << ".\n";
+    return 0;
+  }
   if (!start->startRun) {
     context.out << "No run started.  " << start->notStartedReason << "\n";
     return context.fail("no run started: " + start->notStartedReason, 2);

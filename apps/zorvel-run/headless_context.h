@@ -29,6 +29,7 @@ struct Options {
   std::string methodPath;
   std::string newDataPath;     // --data NEW.fix
   std::string appendDataPath;  // --append EXISTING.fix
+  bool resume = false;         // --resume: carry on the set's unfinished tray run, unasked
   int firstNumber = 1;
   std::string autosampler;      // --autosampler prime|rinse|volumes|test
   std::string checkMethodPath;  // --check-method FILE.mth

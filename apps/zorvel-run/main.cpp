@@ -44,6 +44,9 @@ std::optional<int> parse(const QStringList& arguments, Options& options) {
       {"method", "The method to run.", "FILE.mth"},
       {"data", "A new data set, named by its .FIX (or .SYN) file.", "NEW.fix"},
       {"append", "An existing data set to append to.", "EXISTING.fix"},
+      {"resume",
+       "With --append: carries on the set's tray run that did not complete, from the first "
+       "tube not done, without asking; with nothing to resume it says so and exits 0."},
       {"first-number", "The first sample number (default 1).", "N"},
       {"autosampler",
        "With --method: primes the pump, checks the rinse or the volumes, or flushes once "
@@ -73,6 +76,7 @@ std::optional<int> parse(const QStringList& arguments, Options& options) {
   options.methodPath = parser.value("method").toStdString();
   options.newDataPath = parser.value("data").toStdString();
   options.appendDataPath = parser.value("append").toStdString();
+  options.resume = parser.isSet("resume");
   options.autosampler = parser.value("autosampler").toStdString();
   options.checkMethodPath = parser.value("check-method").toStdString();
   options.watercell = parser.isSet("watercell");
@@ -106,6 +110,10 @@ int main(int argc, char** argv) {
   if (!options.autosampler.empty() && (options.methodPath.empty() || !options.newDataPath.empty() ||
                                        !options.appendDataPath.empty())) {
     std::cerr << "zorvel-run: --autosampler needs --method and no data set\n";
+    return 2;
+  }
+  if (options.resume && options.appendDataPath.empty()) {
+    std::cerr << "zorvel-run: --resume needs --append\n";
     return 2;
   }
   if (modes != 1) {

@@ -88,6 +88,7 @@ void MainPresenter::forgetReopenedSet() {
   methodEditor_.state().FirstSampleNumber = 1;
   editor_.lastSampleNumber = 0;
   editor_.samplesPresent = false;
+  editor_.resume.reset();
   view_.showMedians({});
 }
 
@@ -165,6 +166,8 @@ void MainPresenter::reopened(const ReopenResult& result) {
   editor_.lastSampleNumber = result.lastSampleNumber;
   editor_.samplesPresent = result.samplesPresent;
   methodEditor_.methodLoaded(MethodLoad::Append);
+  // A tray run of the set that did not complete is offered for carrying on, once.
+  editor_.resume = OfferTrayResume(state_, op_);
   apply(result.window);
   view_.setLaunchButtons(true, true);
   showMedians();
@@ -217,7 +220,8 @@ void MainPresenter::okButton() {
   const int first = editor.FirstSampleNumber < 0 ? 1 : editor.FirstSampleNumber;
   startRun(LaunchAppend(
       LaunchServices{state_, op_, clock_, printer_, *databases_, *checks_, openAutosampler_},
-      editor.NewDataSet, first, editor_.lastSampleNumber));
+      editor.NewDataSet, first, editor_.lastSampleNumber, editor_.resume));
+  editor_.resume.reset();
 }
 
 }  // namespace zorvel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -13,6 +14,7 @@
 #include "core/platform/operator.h"
 #include "core/platform/printer.h"
 #include "core/quality/quality_check.h"
+#include "core/run/tray_resume.h"
 #include "core/state/app_state.h"
 
 namespace zorvel {
@@ -78,6 +80,8 @@ class MainPresenter {
     // The last sample number of a reopened set and whether it holds samples.
     int lastSampleNumber = 0;
     bool samplesPresent = false;
+    // Its last tray run did not complete and the operator chose to carry it on.
+    std::optional<TrayResume> resume;
   };
   const EditorState& editor() const { return editor_; }
   // The autosampler window's starting tube is also the first sample number of the next run.

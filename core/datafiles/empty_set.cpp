@@ -1,7 +1,9 @@
 #include "core/datafiles/empty_set.h"
 
 #include "core/datafiles/data_file_shape.h"
+#include "core/datafiles/tray_journal.h"
 #include "core/files/file_output.h"
+#include "core/files/paths.h"
 #include "core/files/record_append.h"
 
 namespace zorvel {
@@ -32,6 +34,8 @@ bool RemoveSetWithoutRecords(const MethodSettings& method, const DataSetPaths& p
   }
   std::vector<std::string> names;
   for (const DataFileEntry& file : files) names.push_back(file.path);
+  // A tray run that wrote no record leaves no journal either.
+  if (std::string journal = TrayJournalPath(paths); FileExists(journal)) names.push_back(journal);
   RemoveFilesDurably(names);
   return true;
 }

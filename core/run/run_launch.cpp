@@ -4,6 +4,7 @@
 #include "core/datafiles/empty_set.h"
 #include "core/datafiles/last_sample_number.h"
 #include "core/datafiles/method_summary.h"
+#include "core/run/tray_resume.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {
@@ -22,7 +23,32 @@ bool readyAutosampler(LaunchServices& s) {
   return true;
 }
 
+// The method and the run as the unfinished tray run had them, at the first tube not done.
+void carryOn(const TrayResume& r, MethodSettings& method, RunSetup& setup) {
+  AutosamplerSettings planned;
+  JournalPlanInput(r.journal, method, planned);
+  method.Autosampler = planned;
+  setup.NewDataSet = false;
+  setup.SampleNumber = r.numbering.SampleNumber;
+  setup.FirstSampleNumber = r.numbering.FirstSampleNumber;
+  setup.FirstRead = r.numbering.FirstRead;
+  setup.PureStartPending = r.numbering.PureStartPending;
+  setup.PuresPending = r.puresPending;
+  setup.BuildingDatabases = r.journal.buildingDatabases;
+  setup.resume = r;
+}
+
 }  // namespace
+
+std::optional<TrayResume> OfferTrayResume(const AppState& state, Operator& op, bool ask) {
+  if (state.Method.DeliveryMethod != 2) return std::nullopt;
+  std::optional<TrayResume> resume = FindTrayResume(state.Method, state.DataSet);
+  if (!resume || !ask) return resume;
+  const int answer =
+      op.message(ResumeQuestion(*resume), "ZORVEL QUESTION", BoxIcon::Question, BoxButtons::YesNo);
+  if (answer != answer::kYes) return std::nullopt;
+  return resume;
+}
 
 std::string PureBlankNotice(const MethodSettings& method) {
   const std::string press = "Press:  Yes-Continue; No-Stop; Cancel-Continue without pures";
@@ -97,7 +123,7 @@ RunLaunch LaunchNewDataSet(LaunchServices s, int firstSampleNumber) {
 }
 
 RunLaunch LaunchAppend(LaunchServices s, bool newDataSet, int firstSampleNumber,
-                       int lastSampleNumber) {
+                       int lastSampleNumber, std::optional<TrayResume> resume) {
   RunLaunch launch;
   if (s.state.Method.PrintResults) {
     PrintMethodSummary(s.state, s.printer, newDataSet, s.clock.now());
@@ -117,6 +143,9 @@ RunLaunch LaunchAppend(LaunchServices s, bool newDataSet, int firstSampleNumber,
     launch.setup.FirstSampleNumber = onDisk.number + 1;
   }
   launch.setup.BuildingDatabases = false;
+  // The set's records decide again where the run goes on: they may have grown since the question.
+  if (resume && !newDataSet) resume = FindTrayResume(s.state.Method, s.state.DataSet);
+  if (resume && !newDataSet) carryOn(*resume, s.state.Method, launch.setup);
   launch.startRun = true;
   return launch;
 }

@@ -52,8 +52,15 @@ RunLaunch LaunchNewDataSet(LaunchServices services, int firstSampleNumber);
 
 // OK on a reopened set: the summary, the autosampler link, no database building; numbering
 // continues after the last sample on file, read again from the set's files as they are now.
+// With `resume` (a tray run of the set left unfinished, its resume answered Yes), the run
+// carries that tray run on: its range, references and numbering, from the first tube not done.
 RunLaunch LaunchAppend(LaunchServices services, bool newDataSet, int firstSampleNumber,
-                       int lastSampleNumber);
+                       int lastSampleNumber, std::optional<TrayResume> resume = std::nullopt);
+
+// A reopened set whose last tray run did not complete: the operator is asked "The tray run
+// started ... Resume at tube 18?" (Yes/No) unless `ask` is false (resuming was asked for
+// already). Nothing when there is nothing to resume or the answer is No.
+std::optional<TrayResume> OfferTrayResume(const AppState& state, Operator& op, bool ask = true);
 
 // The text of the pure-blank notice for the method's delivery.
 std::string PureBlankNotice(const MethodSettings& method);

@@ -14,7 +14,8 @@ class RunNumbering {
   explicit RunNumbering(const RunSetup& setup)
       : newDataSet_(setup.NewDataSet),
         sampleNumber_(setup.SampleNumber),
-        firstSampleNumber_(setup.FirstSampleNumber) {}
+        firstSampleNumber_(setup.FirstSampleNumber),
+        firstRead_(setup.FirstRead) {}
 
   // Sample numbers are 16-bit: a set goes no further than this.
   static constexpr int kLargestSampleNumber = 32767;
@@ -30,6 +31,7 @@ class RunNumbering {
   void restartAt(int entered);
 
   int current() const { return sampleNumber_; }
+  int first() const { return firstSampleNumber_; }
   bool firstRead() const { return firstRead_; }
   bool kept() const { return keepNumber_; }
   // A sample is in: the run has begun counting.
@@ -45,7 +47,7 @@ class RunNumbering {
   bool newDataSet_;
   int sampleNumber_;
   int firstSampleNumber_;
-  bool firstRead_ = true;
+  bool firstRead_;
   bool keepNumber_ = false;
 };
 

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/run/tray_resume.h"
+
 // The run's plain types: its states, how it starts, and the operator's actions and keys as the
 // core takes them. The windows map their own controls to these; nothing in the run compares a
 // caption.
@@ -33,6 +35,11 @@ struct RunSetup {
   int PureIndex = 0;
   // Autosampler delivery with the pures: the first pure tube is number 1.
   bool PureStartPending = false;
+  // False when the run goes on from readings already taken (a resumed tray run).
+  bool FirstRead = true;
+  // A reopened set whose last tray run did not complete, its resume answered Yes: the next tray
+  // run carries that one on.
+  std::optional<TrayResume> resume;
   // "SIMULATED fluorimeter" when the run's readings come from the simulator; empty when real.
   std::string simulated;
 };

@@ -6,6 +6,7 @@
 #include "core/datafiles/record_lines.h"
 #include "core/run/run_prompts.h"
 #include "core/run/run_times.h"
+#include "core/text/date_format.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {
@@ -52,7 +53,8 @@ TrayRun::TrayRun(RunEngine& engine, const RunSetup& setup, Arm& arm, Pump& pump,
       log_(engine.state(), engine.clock()),
       PuresPending(setup.PuresPending),
       BuildingDatabases(setup.BuildingDatabases),
-      PureStartPending(setup.PureStartPending) {}
+      PureStartPending(setup.PureStartPending),
+      resume_(setup.resume) {}
 
 std::string TrayRun::readLine() const {
   return PuresPending ? "[R]ead Sample or [Q]uit" : "[R]ead Tray or [Q]uit";
@@ -101,9 +103,21 @@ bool TrayRun::checkpoint() {
 void TrayRun::read() {
   if (!engine_.machine().fire(RunEvent::ReadTray)) return;
   engine_.display().hideButtons();
-  const TrayPlanInput input{method_.Autosampler, method_.NoPures, PuresPending, BuildingDatabases};
+  // A resumed run follows the plan its journal was made from, from the first visit not done.
+  AutosamplerSettings planned;
+  const TrayPlanInput input = resume_ ? JournalPlanInput(resume_->journal, method_, planned)
+                                      : TrayPlanInput{method_.Autosampler, method_.NoPures,
+                                                      PuresPending, BuildingDatabases};
   const std::vector<TrayVisit> plan = PlanTray(input);
-  total_ = PlannedTotal(input);
+  const std::size_t from = resume_ ? resume_->visit : 0;
+  skipRecords_ = resume_ ? resume_->recordsDone : 0;
+  if (resume_) {
+    journal_ = resume_->journal;
+  } else {
+    startJournal(input);
+  }
+  resume_.reset();
+  total_ = PlannedTotal(input) - static_cast<int>(from);
   completed_ = 0;
   startS_ = static_cast<long>(std::floor(engine_.clock().secondsSinceMidnight()));
   const AutosamplerSettings& a = method_.Autosampler;
@@ -116,7 +130,8 @@ void TrayRun::read() {
   engine_.log("AS Run Started");
   engine_.writer().setUnattended(&log_);
   unattended_.divertTo(&log_);
-  const Walk walked = walk(plan);
+  const Walk walked = walk(plan, from);
+  if (walked == Walk::Completed) completeJournal();
   engine_.writer().setUnattended(nullptr);
   unattended_.divertTo(nullptr);
   if (walked == Walk::Halted) {
@@ -138,9 +153,10 @@ void TrayRun::read() {
   engine_.display().offerButton(prompt::kReadCaption);
 }
 
-TrayRun::Walk TrayRun::walk(const std::vector<TrayVisit>& plan) {
+TrayRun::Walk TrayRun::walk(const std::vector<TrayVisit>& plan, std::size_t from) {
   runEndMessage_ = "Run aborted.";
-  for (const TrayVisit& visit : plan) {
+  for (std::size_t k = from; k < plan.size(); ++k) {
+    const TrayVisit& visit = plan[k];
     if (visit.phase != TrayPhase::Opening && BuildingDatabases &&
         engine_.checks().ControlCount() >= 3 && engine_.checks().BlankCount() >= 3) {
       BuildingDatabases = false;
@@ -188,11 +204,50 @@ bool TrayRun::readTube(const TrayVisit& visit) {
   const char letter = letterOf(visit.type);
   log_.setTube(visit.tube, std::string(1, letter) + number());
   const int repetitions = std::max<int>(method_.Repetitions, 1);
+  // A resumed tube cut between its records reads only those it lacks.
+  const auto due = [this] { return skipRecords_ > 0 ? (--skipRecords_, false) : true; };
   for (int r = 1; r <= repetitions; ++r) {
-    if (method_.Fixed && !readFixedReplicate(visit, letter)) return false;
-    if (method_.Synch && !scanReplicate(visit, letter)) return false;
+    if (method_.Fixed && due() && !readFixedReplicate(visit, letter)) return false;
+    if (method_.Synch && due() && !scanReplicate(visit, letter)) return false;
   }
   return true;
+}
+
+void TrayRun::startJournal(const TrayPlanInput& input) {
+  const AutosamplerSettings& a = input.tray;
+  const CalendarTime now = engine_.clock().now();
+  journal_ = TrayJournal{text::formatDate(now),
+                         text::formatTime(now),
+                         a.StartingTube,
+                         a.EndingTube,
+                         a.HasStandard,
+                         a.StandardTube,
+                         a.StandardFreq,
+                         a.HasBlank,
+                         a.BlankTube,
+                         a.BlankFreq,
+                         input.puresPending,
+                         input.buildingDatabases,
+                         engine_.numbering().current(),
+                         engine_.numbering().first(),
+                         engine_.numbering().firstRead(),
+                         PureStartPending,
+                         CountSetRecords(method_, engine_.state().DataSet),
+                         false};
+  writeJournal();
+}
+
+void TrayRun::completeJournal() {
+  journal_.completed = true;
+  writeJournal();
+}
+
+void TrayRun::writeJournal() {
+  const std::string path = TrayJournalPath(engine_.state().DataSet);
+  // Without its journal the run is only not offered for resuming: the records stay whole.
+  if (!path.empty() && !WriteTrayJournal(path, journal_)) {
+    note("The tray run's journal " + path + " could not be written");
+  }
 }
 
 bool TrayRun::readFixedReplicate(const TrayVisit& visit, char letter) {
@@ -289,6 +344,8 @@ void TrayRun::TubeRange_Click() {
   const std::string first =
       op.inputBox("Enter starting tube number ", kTubeRangeTitle, whole(a.StartingTube));
   if (const auto tube = tubeOf(first); !first.empty() && tube) a.StartingTube = *tube;
+  // A new range makes a new run: the one left unfinished is not carried on.
+  resume_.reset();
   for (;;) {
     const std::string last =
         op.inputBox("Enter ending tube number ", kTubeRangeTitle, whole(a.EndingTube));

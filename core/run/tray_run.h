@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "core/run/run_engine.h"
 #include "core/run/run_plan.h"
 #include "core/run/tray_plan.h"
+#include "core/run/tray_resume.h"
 #include "core/run/tube_cycle.h"
 
 namespace zorvel {
@@ -56,11 +58,15 @@ class TrayRun final : public RunPlan {
 
  private:
   enum class Walk { Completed, AbortedAtCheck, AbortedInCycle, Lost, Halted };
-  Walk walk(const std::vector<TrayVisit>& plan);
+  Walk walk(const std::vector<TrayVisit>& plan, std::size_t from);
   bool readTube(const TrayVisit& visit);
   bool readFixedReplicate(const TrayVisit& visit, char letter);
   bool scanReplicate(const TrayVisit& visit, char letter);
   bool afterTube(const TrayVisit& visit);
+  // The journal of the set's tray run, written as it starts and once it completes.
+  void startJournal(const TrayPlanInput& input);
+  void completeJournal();
+  void writeJournal();
   void finish(Walk walked);
   void showTimes();
   void status(const std::string& text);
@@ -83,6 +89,10 @@ class TrayRun final : public RunPlan {
   bool PuresPending;
   bool BuildingDatabases;
   bool PureStartPending;
+
+  std::optional<TrayResume> resume_;
+  int skipRecords_ = 0;
+  TrayJournal journal_;
 
   std::string runEndMessage_;
   long startS_ = 0;

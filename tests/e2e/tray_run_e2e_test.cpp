@@ -190,7 +190,9 @@ TEST(TrayRunE2e, SigtermStopsAtTheNextCheckpointAndAppendCarriesTheNumbersOn) {
   QProcess again;
   bench.out.clear();
   // The reopened set reads tube 5 again only, through the tube-range command.
-  bench.start(again, "RUN2", true, "tube-range\ntext 5\ntext 5\ninit\nread\nquit\n");
+  bench.start(again, "RUN2", true,
+              "no    # not carried on: the range is set anew\n"
+              "tube-range\ntext 5\ntext 5\ninit\nread\nquit\n");
   ASSERT_TRUE(again.waitForFinished(30000));
   bench.out += again.readAllStandardOutput().toStdString();
   ASSERT_EQ(0, again.exitCode()) << bench.out << again.readAllStandardError().toStdString();
@@ -228,7 +230,7 @@ TEST(TrayRunE2e, KilledAtAnyMomentLeavesWholeLinesAndAppendNumbersOn) {
 
     QProcess again;
     bench.out.clear();
-    bench.start(again, name, true, "tube-range\ntext 7\ntext 7\ninit\nread\nquit\n");
+    bench.start(again, name, true, "no\ntube-range\ntext 7\ntext 7\ninit\nread\nquit\n");
     ASSERT_TRUE(again.waitForFinished(30000));
     ASSERT_EQ(0, again.exitCode()) << again.readAllStandardOutput().toStdString();
     std::vector<std::string> expected = labels;

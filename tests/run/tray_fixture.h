@@ -169,7 +169,7 @@ struct TrayFixture {
     state.Links.StepsPerMicrolitre = StepsPerMicrolitreFor(method.Autosampler);
     state.Steps = ComputePumpSteps(method.Autosampler, state.Links.StepsPerMicrolitre);
     armModel.setTray(&state.Tray);
-    QualityCheck* checks = &filing;
+    checks = &filing;
     if (!controls.empty()) {
       writeFile(state.DataSet.CtlPath, "H1\r\nH2\r\nH3\r\n" + controls);
       writeFile(state.DataSet.BlkPath, "H1\r\nH2\r\nH3\r\n");
@@ -177,12 +177,19 @@ struct TrayFixture {
       quality->load(state.DataSet.CtlPath, state.DataSet.BlkPath);
       checks = quality.get();
     }
+    reopen(setup);
+  }
+
+  // Opens the run window (again) on the set as it stands, with this setup.
+  void reopen(const RunSetup& setup) {
+    controller.reset();
     controller = std::make_unique<RunController>(
         RunServices{state, op, clock, printer, line, *checks}, setup, view);
     TrayHooks hooks;
     hooks.yield = [this] {
       if (onYield) onYield();
     };
+    hooks.note = [this](const std::string& note) { notes.push_back(note); };
     controller->attachAutosampler(arm, pump, hooks);
     controller->Form_Load();
   }
@@ -218,6 +225,9 @@ struct TrayFixture {
   Pump pump{pumpLine, clock, op, state.Links, state.Method.Autosampler};
   // Runs between the steps of the tray run and while it is paused.
   std::function<void()> onYield;
+  // Each tube as it starts and each record as it is written.
+  std::vector<std::string> notes;
+  QualityCheck* checks = nullptr;
   std::unique_ptr<RunController> controller;
 };
 
