@@ -20,6 +20,7 @@
 #include "core/run/qc_row_tracker.h"
 #include "core/run/run_controller.h"
 #include "core/run/run_launch.h"
+#include "core/run/run_status_file.h"
 #include "core/run/tray_run.h"
 #include "core/text/number_format.h"
 
@@ -282,6 +283,17 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
     hooks.yield = [&run, &traySignals] { traySignals->deliver(run); };
     hooks.note = [&context](const std::string& note) { context.out << note << std::endl; };
     run.attachAutosampler(*tray->arm, *tray->pump, hooks);
+    // The status file beside the set follows every change of the tray run.
+    const RunStatusContext status{
+        std::to_string(ZORVEL_VERSION_MAJOR) + "." + std::to_string(ZORVEL_VERSION_MINOR) + "." +
+            std::to_string(ZORVEL_VERSION_PATCH),
+        !start->setup.simulated.empty(), context.state.DataSet.MethodFilePath,
+        context.state.DataSet.FixPath.empty() ? context.state.DataSet.SynPath
+                                              : context.state.DataSet.FixPath};
+    run.trayStatus().setListener(
+        [status, path = RunStatusPath(context.state.DataSet)](const TrayStatus& now) {
+          WriteRunStatus(path, RunStatusJson(now, status));
+        });
   }
   run.Form_Load();
   if (const auto ended = answerUntilClosed(context, run, view, op, traySignals)) return *ended;
