@@ -25,9 +25,26 @@ LinkFailure Arm::SendArmCommand(std::string_view command) {
   if (const auto sent = link_.send(std::string(command) + "\r"); sent != LinkFailure::None) {
     return sent;
   }
-  if (const auto heard = link_.awaitCharacter(); heard != LinkFailure::None) return heard;
-  if (ArmReplyHasOk(link_.readBurst(kReplyGapS))) return LinkFailure::None;
+  std::string reply;
+  if (const auto heard = awaitReply(reply); heard != LinkFailure::None) return heard;
+  if (ArmReplyHasOk(reply)) return LinkFailure::None;
   return PollArmStatus();
+}
+
+LinkFailure Arm::awaitReply(std::string& reply) {
+  const auto lineEndsOnly = [](std::string_view text) {
+    return text.find_first_not_of("\r\n") == std::string_view::npos;
+  };
+  // A reply is taken as soon as it holds "OK"; only one without it is waited out to its end.
+  // The line end after an "OK" may come after the input was discarded for the next command:
+  // it belongs to the reply before and is passed over, once.
+  for (int passed = 0;; ++passed) {
+    if (const auto heard = link_.awaitCharacter(); heard != LinkFailure::None) return heard;
+    reply = link_.readBurst(kReplyGapS, [&](std::string_view text) {
+      return ArmReplyHasOk(text) || lineEndsOnly(text);
+    });
+    if (passed > 0 || !lineEndsOnly(reply)) return LinkFailure::None;
+  }
 }
 
 LinkFailure Arm::PollArmStatus() {
@@ -36,8 +53,8 @@ LinkFailure Arm::PollArmStatus() {
   // "Status" goes out once; from here on the arm speaks when it is done.
   double sinceS = clock_.monotonicS();
   for (;;) {
-    if (const auto heard = link_.awaitCharacter(); heard != LinkFailure::None) return heard;
-    const std::string reply = link_.readBurst(kReplyGapS);
+    std::string reply;
+    if (const auto heard = awaitReply(reply); heard != LinkFailure::None) return heard;
     if (ArmReplyHasOk(reply) || ArmStatusIsReady(reply)) return LinkFailure::None;
     if (clock_.monotonicS() - sinceS < kLongestMoveS) continue;
     if (!link_.busyTooLongRetries(kLongestMoveS, reply)) return LinkFailure::Abandoned;

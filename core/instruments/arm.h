@@ -44,6 +44,8 @@ class Arm {
 
  private:
   int currentHeight() const;
+  // Waits for the arm's next reply and reads it.
+  LinkFailure awaitReply(std::string& reply);
 
   ArmPumpLine link_;
   Clock& clock_;

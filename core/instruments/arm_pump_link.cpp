@@ -57,12 +57,13 @@ LinkFailure ArmPumpLine::send(std::string_view bytes) {
   return LinkFailure::None;
 }
 
-std::string ArmPumpLine::readBurst(double quietGapS) {
+std::string ArmPumpLine::readBurst(double quietGapS,
+                                   const std::function<bool(std::string_view)>& whole) {
   SerialLine& line = line_.line();
   std::string text = line.read(line.charactersWaiting());
   if (text.empty()) return text;
   // A device that never stops talking still ends the burst, at a size no reply comes near.
-  while (text.size() < kLongestBurst &&
+  while (text.size() < kLongestBurst && !(whole && whole(text)) &&
          line.waitForCharacters(1, clock_.monotonicS() + quietGapS)) {
     text += line.read(line.charactersWaiting());
   }
@@ -75,6 +76,14 @@ bool ArmPumpLine::busyTooLongRetries(double boundS, std::string_view lastReply) 
                                              " seconds without reporting that it is done; its "
                                              "last answer was " +
                                              QuotedReply(lastReply) + ".");
+}
+
+bool ArmPumpLine::errorRetries(std::string_view device, std::string_view command,
+                               std::string_view error) {
+  return AskRetryAfterRepeats(operator_, "The " + instrument_ + "'s " + std::string(device) +
+                                             " on " + line_.line().describe() + " reports " +
+                                             std::string(error) + " after the command " +
+                                             QuotedReply(command) + ".");
 }
 
 }  // namespace zorvel

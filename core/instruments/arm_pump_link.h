@@ -38,12 +38,17 @@ class ArmPumpLine {
     return line_.awaitCharacters(1, onRetry);
   }
   // Reads what is waiting and keeps reading while more follows within quietGapS, so that a
-  // reply delivered in pieces is seen whole. Empty when nothing is waiting.
-  std::string readBurst(double quietGapS);
+  // reply delivered in pieces is seen whole; it ends at once when `whole` says the text read so
+  // far is a whole answer. Empty when nothing is waiting.
+  std::string readBurst(double quietGapS, const std::function<bool(std::string_view)>& whole = {});
 
   // The device has answered for boundS without saying it is done: the operator is told its last
   // answer and chooses Retry (true: keep waiting) or Cancel.
   bool busyTooLongRetries(double boundS, std::string_view lastReply);
+
+  // The device (the dilutor's "pump" or "valve unit") reported an error after `command`: the
+  // operator is told which and chooses Retry (true: send the command again) or Cancel.
+  bool errorRetries(std::string_view device, std::string_view command, std::string_view error);
 
   // Reports the lost line (once) and returns LostPort.
   LinkFailure lostLine() { return line_.reportLost(); }

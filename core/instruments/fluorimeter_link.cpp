@@ -160,16 +160,21 @@ LinkFailure FluorimeterLink::AwaitWaterStatus() {
   return LinkFailure::DeviceFault;
 }
 
-TerminatedText FluorimeterLink::ReadToTerminator(char terminator) {
+TerminatedText FluorimeterLink::ReadToTerminator(char terminator, double deadlineS) {
   if (halted_) return {std::string(kBadRecord), LinkFailure::Halted};
   std::string text;
   for (;;) {
     if (lineDown()) return {std::string(kBadRecord), reportLost()};
-    // The 30 seconds count afresh after every burst of characters.
-    const double deadlineS = clock_.monotonicS() + kRecordSilenceS;
-    if (!line_.waitForCharacters(1, deadlineS)) {
+    if (clock_.monotonicS() >= deadlineS) {
+      lastTrouble_ = "no end within " + text::plain(recordBoundS_) + " seconds";
+      return {std::string(kBadRecord), LinkFailure::ReadTimeout};
+    }
+    // The 30 seconds count afresh after every burst of characters; the deadline does not.
+    const double silentS = clock_.monotonicS() + kRecordSilenceS;
+    const double untilS = std::min(silentS, deadlineS);
+    if (!line_.waitForCharacters(1, untilS)) {
       if (lineDown()) return {std::string(kBadRecord), reportLost()};
-      if (clock_.monotonicS() < deadlineS) continue;
+      if (clock_.monotonicS() < untilS || untilS == deadlineS) continue;
       lastTrouble_ = "30 seconds of silence";
       return {std::string(kBadRecord), LinkFailure::ReadTimeout};
     }
@@ -189,27 +194,29 @@ TerminatedText FluorimeterLink::ReadToTerminator(char terminator) {
   }
 }
 
-ReadingRecord FluorimeterLink::ReadReadingRecord() {
+ReadingRecord FluorimeterLink::ReadReadingRecord(double withinS) {
   ReadingRecord record;
-  const TerminatedText junk = ReadToTerminator(fluor::kDelete);
+  recordBoundS_ = withinS;
+  const double deadlineS = clock_.monotonicS() + withinS;
+  const TerminatedText junk = ReadToTerminator(fluor::kDelete, deadlineS);
   if (junk.failure != LinkFailure::None) {
     record.failure = junk.failure;
     return record;
   }
   std::string* const fields[] = {&record.fieldA, &record.fieldB};
   for (std::string* field : fields) {
-    TerminatedText part = ReadToTerminator(',');
+    TerminatedText part = ReadToTerminator(',', deadlineS);
     if (MustStop(part.failure)) return {{}, {}, {}, part.failure};
     *field = std::move(part.text);
   }
   for (int f = 2; f < model_.recordFieldsBeforeIntensity; ++f) {
-    const TerminatedText extra = ReadToTerminator(',');
+    const TerminatedText extra = ReadToTerminator(',', deadlineS);
     if (MustStop(extra.failure)) return {{}, {}, {}, extra.failure};
   }
-  TerminatedText intensity = ReadToTerminator(kCarriageReturn);
+  TerminatedText intensity = ReadToTerminator(kCarriageReturn, deadlineS);
   if (MustStop(intensity.failure)) return {{}, {}, {}, intensity.failure};
   record.fieldC = std::move(intensity.text);
-  const TerminatedText status = ReadToTerminator(kCarriageReturn);
+  const TerminatedText status = ReadToTerminator(kCarriageReturn, deadlineS);
   if (MustStop(status.failure)) return {{}, {}, {}, status.failure};
   if (status.text != kAccepted) {
     lastStatus_ = status.text;
@@ -229,7 +236,7 @@ Reading FluorimeterLink::TakeReading(double excitationNm, double emissionNm, flo
   for (;;) {
     const LinkFailure sent = IssueCommand(command, StatusReader::Command);
     if (sent != LinkFailure::None) return {0.0, sent};
-    const ReadingRecord record = ReadReadingRecord();
+    const ReadingRecord record = ReadReadingRecord(readTimeS + kRecordMarginS);
     if (MustStop(record.failure)) return {0.0, record.failure};
     bool again = true;
     if (record.failure == LinkFailure::ReadTimeout) {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <functional>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -65,6 +66,11 @@ class FluorimeterLink {
  public:
   // A record that stops arriving for this long is given up as "Bad**".
   static constexpr double kRecordSilenceS = 30.0;
+  // A reading record must have ended this long after its read time, whatever arrives meanwhile:
+  // the same 30 seconds a silent line is granted before a record, while a true record of some
+  // thirty characters takes about 30 ms at 9600 baud. A line that trickles junk without the DEL
+  // is thus resent after read time plus 30 seconds, not after 4,096 characters.
+  static constexpr double kRecordMarginS = kRecordSilenceS;
   // Size of the input buffer a scan needs so that its numbers fit.
   static constexpr std::size_t kScanBufferSize = 4096;
   // No reply the instrument sends holds more characters before its terminator; a stream that
@@ -101,8 +107,12 @@ class FluorimeterLink {
   LinkFailure AwaitScanStatus();
   LinkFailure AwaitWaterStatus();
 
-  TerminatedText ReadToTerminator(char terminator);
-  ReadingRecord ReadReadingRecord();
+  // The text before the terminator; "Bad**" after 30 seconds of silence, or once the clock
+  // reaches deadlineS (on the monotonic scale) without the terminator.
+  TerminatedText ReadToTerminator(char terminator,
+                                  double deadlineS = std::numeric_limits<double>::infinity());
+  // A reading record that has ended within withinS, counted from the call.
+  ReadingRecord ReadReadingRecord(double withinS = std::numeric_limits<double>::infinity());
   // One "$RD" reading, sent again until its record arrives whole and at the wavelengths
   // asked for. The caller has set slits and monochromators.
   Reading TakeReading(double excitationNm, double emissionNm, float readTimeS,
@@ -154,6 +164,8 @@ class FluorimeterLink {
   // The last status as it arrived, and what ended the last record read that failed.
   std::string lastStatus_;
   std::string lastTrouble_;
+  // How long the record being read may take in all, for the message when it took longer.
+  double recordBoundS_ = 0.0;
 };
 
 }  // namespace zorvel

@@ -45,13 +45,22 @@ void Pump::ClosePumpPort() {
 
 LinkFailure Pump::SendPumpCommand(std::int16_t address, std::string_view command) {
   BusyCursor busy(operator_);
-  if (const auto opened = link_.ensureOpen(); opened != LinkFailure::None) return opened;
-  link_.discardInput();
-  if (const auto sent = link_.send(PumpFrame(address, command)); sent != LinkFailure::None) {
-    return sent;
+  for (;;) {
+    if (const auto opened = link_.ensureOpen(); opened != LinkFailure::None) return opened;
+    link_.discardInput();
+    if (const auto sent = link_.send(PumpFrame(address, command)); sent != LinkFailure::None) {
+      return sent;
+    }
+    link_.discardInput();
+    const LinkFailure done = pollUntilReady(address);
+    if (done != LinkFailure::DeviceFault) return done;
+    // A device in error stays so until it is given a command: Retry sends this one again.
+    if (!link_.errorRetries(
+            address == kValveAddress ? "valve unit" : "pump", command,
+            PumpErrorName(lastError_) + " (error " + std::to_string(lastError_) + ")")) {
+      return LinkFailure::Abandoned;
+    }
   }
-  link_.discardInput();
-  return pollUntilReady(address);
 }
 
 LinkFailure Pump::pollUntilReady(std::int16_t address) {
@@ -63,6 +72,8 @@ LinkFailure Pump::pollUntilReady(std::int16_t address) {
     const auto heard = link_.awaitCharacter([&] { return link_.send(query); });
     if (heard != LinkFailure::None) return heard;
     const std::string reply = link_.readBurst(kReplyGapS);
+    lastError_ = PumpReplyError(reply);
+    if (lastError_ != 0) return LinkFailure::DeviceFault;
     if (PumpReplyShowsReady(reply)) return LinkFailure::None;
     if (clock_.monotonicS() - sinceS < kLongestCommandS) continue;
     if (!link_.busyTooLongRetries(kLongestCommandS, reply)) return LinkFailure::Abandoned;

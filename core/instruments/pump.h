@@ -26,7 +26,8 @@ class Pump {
   void ClosePumpPort();
   bool isOpen() const { return link_.isOpen(); }
 
-  // Sends one command to a device (1 pump, 3 valve unit) and polls until it is ready.
+  // Sends one command to a device (1 pump, 3 valve unit) and polls until it is ready. A device
+  // that reports an error is named with its error at once; Retry sends the command again.
   LinkFailure SendPumpCommand(std::int16_t address, std::string_view command);
   // Valve ports 1 to 4; any other number sends an empty command to the valve unit.
   LinkFailure SelectValvePort(std::int16_t port);
@@ -56,6 +57,7 @@ class Pump {
   Operator& operator_;
   const LinkState& links_;
   const AutosamplerSettings& settings_;
+  int lastError_ = 0;  // the error code of the last status read
 };
 
 }  // namespace zorvel

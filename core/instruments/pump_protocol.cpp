@@ -43,6 +43,46 @@ bool PumpReplyShowsReady(std::string_view reply) {
   return reply.find(static_cast<char>(kPumpReadyByte)) != std::string_view::npos;
 }
 
+int PumpReplyError(std::string_view reply) {
+  constexpr unsigned char kAlwaysSet = 0x40;
+  int error = 0;
+  // The last status in the burst speaks for the device's present state.
+  for (std::size_t at = reply.find(kStx); at != std::string_view::npos && at + 2 < reply.size();
+       at = reply.find(kStx, at + 1)) {
+    const auto status = static_cast<unsigned char>(reply[at + 2]);
+    if (reply[at + 1] != '0' || (status & 0xC0) != kAlwaysSet) continue;
+    error = status & 0x0F;
+  }
+  return error;
+}
+
+std::string PumpErrorName(int code) {
+  switch (code) {
+    case 1:
+      return "initialisation error";
+    case 2:
+      return "invalid command";
+    case 3:
+      return "invalid operand";
+    case 4:
+      return "invalid command sequence";
+    case 6:
+      return "EEPROM failure";
+    case 7:
+      return "device not initialised";
+    case 9:
+      return "plunger overload";
+    case 10:
+      return "valve overload";
+    case 11:
+      return "plunger move not allowed";
+    case 15:
+      return "command overflow";
+    default:
+      return "error " + std::to_string(code);
+  }
+}
+
 float StepsPerMicrolitre(std::int16_t syringeVolumeMl) {
   if (syringeVolumeMl <= 0) return 0.0f;
   return static_cast<float>(static_cast<double>(kPumpStrokeSteps) / syringeVolumeMl / 1000.0);

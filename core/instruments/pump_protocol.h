@@ -23,8 +23,15 @@ std::uint8_t PumpChecksum(std::string_view bytes);
 std::string PumpFrame(std::int16_t address, std::string_view command);
 // The status query: the frame with the command "Q".
 std::string PumpQueryFrame(std::int16_t address);
-// True when any byte of a reply is the ready byte; nothing else in a reply is read.
+// True when any byte of a reply is the ready byte.
 bool PumpReplyShowsReady(std::string_view reply);
+// The error a reply's status byte reports, 0 for none. The status byte follows STX and the
+// answering address "0"; it carries 64 always, 32 when the device is ready, and an error code in
+// its low four bits (96 is ready without error, 0x67 ready after error 7).
+int PumpReplyError(std::string_view reply);
+// The device's own name for an error code: "device not initialised" for 7, "plunger overload"
+// for 9; "error 5" for a code without one.
+std::string PumpErrorName(int code);
 
 // Steps per microlitre of a syringe (mL): the full stroke over the syringe's volume in uL,
 // 0.3 for 10 mL, 0.6 for 5 mL; 0 for a volume that is not a syringe.
