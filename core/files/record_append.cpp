@@ -34,8 +34,8 @@ bool readAll(int fd, std::size_t size, std::string& bytes) {
 // Cuts what a write that failed half-way left of a record off the end of the file, so that
 // the record going on now does not glue to it: the bytes after the last line ending of either
 // kind, and, in a CR LF file, a line whose LF never came. Only the last byte is read when the
-// file ends whole, which is the usual case.
-bool repairTail(int fd, std::size_t size, std::string_view lineEnding) {
+// file ends whole, which is the usual case. `size` becomes the length kept.
+bool repairTail(int fd, std::size_t& size, std::string_view lineEnding) {
   if (size == 0) return true;
   char last = 0;
   if (::pread(fd, &last, 1, static_cast<off_t>(size - 1)) != 1) return false;
@@ -44,7 +44,19 @@ bool repairTail(int fd, std::size_t size, std::string_view lineEnding) {
   if (!readAll(fd, size, bytes)) return false;
   std::string_view whole(bytes);
   if (last == '\r') whole.remove_suffix(1);
-  return ::ftruncate(fd, static_cast<off_t>(WholeLinesLength(whole))) == 0;
+  size = WholeLinesLength(whole);
+  return ::ftruncate(fd, static_cast<off_t>(size)) == 0;
+}
+
+// A record the disk took only part of (full, over quota) is taken off again at once, so the
+// file ends with its last whole record whatever the operator decides next; cutting a file
+// shorter needs no free space. The write's own failure stays the one reported.
+bool writeWholeOrNothing(int fd, std::size_t start, std::string_view record) {
+  if (files::WriteAll(fd, record) && ::fdatasync(fd) == 0) return true;
+  const int cause = errno;
+  if (::ftruncate(fd, static_cast<off_t>(start)) == 0) ::fdatasync(fd);
+  errno = cause;
+  return false;
 }
 
 bool appendDurably(const std::string& path, std::string_view record, std::string_view lineEnding) {
@@ -54,9 +66,9 @@ bool appendDurably(const std::string& path, std::string_view record, std::string
   if (file.get() < 0) return false;
   struct stat info {};
   if (::fstat(file.get(), &info) != 0) return false;
-  if (!repairTail(file.get(), static_cast<std::size_t>(info.st_size), lineEnding)) return false;
-  if (!files::WriteAll(file.get(), record)) return false;
-  if (::fdatasync(file.get()) != 0) return false;
+  std::size_t size = static_cast<std::size_t>(info.st_size);
+  if (!repairTail(file.get(), size, lineEnding)) return false;
+  if (!writeWholeOrNothing(file.get(), size, record)) return false;
   if (!file.close()) return false;
   return existed || files::SyncFolderOf(path);
 }

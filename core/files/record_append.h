@@ -10,9 +10,10 @@ namespace zorvel {
 
 // Appends the record (which ends with the line ending) to the file. A file whose last line was
 // cut short (a write that failed half-way) first loses that partial tail, so records never glue
-// together; only bytes after the last line ending of either kind are ever removed. A file
-// created here also has its folder entry forced to the disk. False when any step fails, with
-// the system's reason in `reason` when given.
+// together; only bytes after the last line ending of either kind are ever removed. A record the
+// disk takes only part of (full, over quota) is cut off again before the call returns, so the
+// file never ends in half a record. A file created here also has its folder entry forced to the
+// disk. False when any step fails, with the system's reason in `reason` when given.
 bool AppendRecordDurably(const std::string& path, std::string_view record,
                          std::string_view lineEnding, std::string* reason = nullptr);
 

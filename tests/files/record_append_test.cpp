@@ -1,6 +1,9 @@
 #include "core/files/record_append.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
 
 #include "core/run/wavelength_band.h"
 #include "support/bytes.h"
@@ -40,6 +43,27 @@ TEST(RecordAppend, APartialLastLineIsCutOffBeforeTheRecordGoesOn) {
   EXPECT_TRUE(AppendRecordDurably(dir + "NEW.CTL", "C1\r\n", "\r\n"));
   EXPECT_SAME_BYTES("C1\r\n", readFile(dir + "NEW.CTL"));
   EXPECT_FALSE(AppendRecordDurably(dir + "missing/NEW.CTL", "C1\r\n", "\r\n"));
+}
+
+TEST(RecordAppend, ARecordTheDiskTakesOnlyPartOfIsTakenOffAtOnce) {
+  // A file size limit plays the full disk: the write stops eight bytes into the record.
+  const std::string path = testing::makeTempDir("append-full") + "SET.FIX";
+  const std::string before = "H\r\nS95\t330.614\t305.429\t181.900\r\n";
+  writeFile(path, before);
+  rlimit old{};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+  rlimit tight = old;
+  tight.rlim_cur = before.size() + 8;
+  const auto previous = std::signal(SIGXFSZ, SIG_IGN);
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &tight), 0);
+  std::string reason;
+  const bool written =
+      AppendRecordDurably(path, "S96\t330.614\t305.429\t181.900\r\n", "\r\n", &reason);
+  ::setrlimit(RLIMIT_FSIZE, &old);
+  std::signal(SIGXFSZ, previous);
+  EXPECT_FALSE(written);
+  EXPECT_EQ(reason, "File too large");
+  EXPECT_SAME_BYTES(before, readFile(path));
 }
 
 TEST(WavelengthBands, BoundariesBelongToTheBandAbove) {
