@@ -6,21 +6,25 @@
 #include <poll.h>
 #include <pwd.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
+#include <QSysInfo>
 #include <QThread>
 #include <ctime>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <thread>
 
 #include "core/platform/real_clock.h"
 #include "sim/pty_bridge.h"
 #include "sim/scripted_peer.h"
+#include "ui/platform/serial_open_failure.h"
 
 namespace zorvel::ui {
 namespace {
@@ -218,6 +222,91 @@ TEST(QtSerialLine, TwoLinesNeverShareAPortAndTheSecondIsToldWhoHoldsIt) {
   }
   first.close();
   EXPECT_TRUE(second.open("9600,N,8,1"));
+}
+
+// A terminal program's hold on a device: it opens it, asks for exclusive use and locks it, but
+// writes no lock file. The child holds on until the returned descriptor is closed.
+pid_t forkHolder(const std::string& device, int& release) {
+  int ready[2];
+  int hold[2];
+  if (::pipe(ready) != 0 || ::pipe(hold) != 0) return -1;
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::close(ready[0]);
+    ::close(hold[1]);
+    const int fd = ::open(device.c_str(), O_RDWR | O_NOCTTY);
+    const bool held = fd >= 0 && ::ioctl(fd, TIOCEXCL) == 0 && ::flock(fd, LOCK_EX | LOCK_NB) == 0;
+    [[maybe_unused]] const ssize_t n = ::write(ready[1], held ? "y" : "n", 1);
+    char c = 0;
+    [[maybe_unused]] const ssize_t m = ::read(hold[0], &c, 1);  // until the parent lets go
+    _exit(0);
+  }
+  ::close(ready[1]);
+  ::close(hold[0]);
+  release = hold[1];
+  char said = 'n';
+  pollfd answer{ready[0], POLLIN, 0};
+  if (::poll(&answer, 1, 10000) <= 0 || ::read(ready[0], &said, 1) != 1 || said != 'y') {
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    ::close(ready[0]);
+    return -1;
+  }
+  ::close(ready[0]);
+  return child;
+}
+
+TEST(QtSerialLine, APortATerminalProgramHoldsIsRefusedEvenToRootWithTheHolderNamed) {
+  ensureApplication();
+  PtyInstrument instrument;
+  ASSERT_TRUE(instrument.bridge.open());
+  const std::string device = instrument.bridge.devicePath();
+  int release = -1;
+  const pid_t holder = forkHolder(device, release);
+  ASSERT_GT(holder, 0);
+  RealClock clock;
+  QtSerialLine line(clock, "COM1", device);
+  EXPECT_FALSE(line.open("9600,N,8,1"));
+  EXPECT_NE(line.openFailure().find(device + " is in use by test_ui (process " +
+                                    std::to_string(holder) + ", user "),
+            std::string::npos)
+      << line.openFailure();
+  ::close(release);
+  ::waitpid(holder, nullptr, 0);
+  EXPECT_TRUE(line.open("9600,N,8,1")) << line.openFailure();
+}
+
+TEST(QtSerialLine, TheLockFileOfAKilledRunIsReclaimed) {
+  ensureApplication();
+  PtyInstrument instrument;
+  ASSERT_TRUE(instrument.bridge.open());
+  const std::string device = instrument.bridge.devicePath();
+  RealClock clock;
+  QtSerialLine line(clock, "COM1", device);
+  // Where this system keeps the device's lock file: the open writes it there.
+  ASSERT_TRUE(line.open("9600,N,8,1"));
+  std::string lockPath;
+  for (const std::string& folder : SerialLockFolders()) {
+    const std::string path = folder + "/LCK..pts_" + device.substr(device.rfind('/') + 1);
+    if (lockPath.empty() && std::filesystem::exists(path)) lockPath = path;
+  }
+  ASSERT_FALSE(lockPath.empty());
+  line.close();
+  ASSERT_FALSE(std::filesystem::exists(lockPath));
+  // A run killed while it held the port left its lock file, naming a process that is gone.
+  const pid_t gone = ::fork();
+  if (gone == 0) _exit(0);
+  ::waitpid(gone, nullptr, 0);
+  {
+    std::ofstream stale(lockPath);
+    stale << gone << "\nzorvel\n" << QSysInfo::machineHostName().toStdString() << "\n";
+  }
+  EXPECT_TRUE(line.open("9600,N,8,1")) << line.openFailure();
+  std::ifstream now(lockPath);
+  long owner = 0;
+  now >> owner;
+  EXPECT_EQ(owner, ::getpid());
+  line.close();
 }
 
 // The open of a device the user may not use, and what the line says of it. Run as an ordinary

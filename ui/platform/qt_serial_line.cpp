@@ -1,5 +1,7 @@
 #include "ui/platform/qt_serial_line.h"
 
+#include <sys/file.h>
+
 #include <QSerialPort>
 #include <QThread>
 #include <algorithm>
@@ -81,6 +83,14 @@ bool QtSerialLine::open(std::string_view settings) {
                               port_->errorString().toStdString()};
     openFailure_ =
         ExplainSerialOpenFailure(device_, refusal, PresentSerialDevices(), SerialLockFolders());
+    return false;
+  }
+  // Terminal programs also lock the device itself. The system's exclusive mode does not stop
+  // root, the lock does: a line another program holds is refused even then, and the lock goes
+  // with the port however this program ends.
+  if (::flock(static_cast<int>(port_->handle()), LOCK_EX | LOCK_NB) != 0) {
+    port_->close();
+    openFailure_ = ExplainLockedSerialDevice(device_, DeviceLockHolder(device_));
     return false;
   }
   if (!applySettings(*port_, *parsed)) {

@@ -4,12 +4,15 @@
 #include <pwd.h>
 #include <signal.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <sstream>
 
 namespace zorvel::ui {
 
@@ -94,7 +97,43 @@ std::string denied(const std::string& device) {
          groupName + "), then log out and in again.";
 }
 
+// The process and user in the words of a message: "picocom (process 4711, user ann)".
+std::string processWords(long pid) {
+  const std::string program = firstLine("/proc/" + std::to_string(pid) + "/comm");
+  struct stat info {};
+  const std::string user = ::stat(("/proc/" + std::to_string(pid)).c_str(), &info) == 0
+                               ? ", user " + userName(info.st_uid)
+                               : std::string();
+  return (program.empty() ? "another program" : program) + " (process " + std::to_string(pid) +
+         user + ")";
+}
+
 }  // namespace
+
+std::string DeviceLockHolder(const std::string& device) {
+  struct stat info {};
+  if (::stat(device.c_str(), &info) != 0) return {};
+  // /proc/locks names each lock's file as major:minor (hex) of its file system and its inode:
+  // "1: FLOCK  ADVISORY  WRITE 4711 00:19:7 0 EOF".
+  char file[64];
+  std::snprintf(file, sizeof file, "%02x:%02x:%lu", major(info.st_dev), minor(info.st_dev),
+                static_cast<unsigned long>(info.st_ino));
+  std::ifstream locks("/proc/locks");
+  std::string line;
+  while (std::getline(locks, line)) {
+    std::istringstream fields(line);
+    std::string id, kind, mode, access, where;
+    long pid = 0;
+    if (!(fields >> id >> kind >> mode >> access >> pid >> where)) continue;
+    if (kind == "FLOCK" && where == file && pid != getpid()) return processWords(pid);
+  }
+  return {};
+}
+
+std::string ExplainLockedSerialDevice(const std::string& device, const std::string& holder) {
+  return device + " is in use by " + (holder.empty() ? "another program" : holder) +
+         ", which holds its lock on the device. Close that program, or choose another port.";
+}
 
 const std::vector<std::string>& SerialLockFolders() {
   static const std::vector<std::string> folders = {
@@ -111,6 +150,8 @@ std::string ExplainSerialOpenFailure(const std::string& device, const OpenRefusa
   const std::string real = std::filesystem::canonical(device, ec).string();
   if (const auto owner = lockOwner(ec ? device : real, lockFolders)) return busy(device, *owner);
   if (access(device.c_str(), R_OK | W_OK) != 0 && errno == EACCES) return denied(device);
+  if (const std::string holder = DeviceLockHolder(device); !holder.empty())
+    return ExplainLockedSerialDevice(device, holder);
   if (refusal.deniedOrBusy)
     return device +
            " is in use by another program, which holds it for itself. Close that "

@@ -17,6 +17,13 @@ struct OpenRefusal {
   std::string systemReason;   // the system's own words, for anything else
 };
 
+// The program holding the advisory lock (flock) on the device, as "picocom (process 4711, user
+// ann)"; empty when nobody holds one or the system does not say.
+std::string DeviceLockHolder(const std::string& device);
+
+// What the operator is told when another program holds the device's advisory lock.
+std::string ExplainLockedSerialDevice(const std::string& device, const std::string& holder);
+
 // Why `device` would not open, in a user's words: no such device (with the serial devices that
 // do exist), another program holds it (with its lock file's owner when that can be read), or
 // the user may not use it (with the fix: join the device's group, usually dialout, and log out
