@@ -81,7 +81,13 @@ RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
                                    state.Method.Autosampler);
     controller_->attachAutosampler(*arm_, *pump_, TrayHooks{});
     tubeRange_->setVisible(true);
-    watchTrayStatus();
+    const auto& v = state.AppVersion;
+    const DataSetPaths& set = state.DataSet;
+    watchTrayStatus(RunStatusContext{std::to_string(v[0]) + "." + std::to_string(v[1]) + "." +
+                                         std::to_string(v[2]),
+                                     !setup.simulated.empty(), set.MethodFilePath,
+                                     set.FixPath.empty() ? set.SynPath : set.FixPath},
+                    RunStatusPath(set));
   }
   connectControls();
   controller_->LayOut();
@@ -204,17 +210,21 @@ void RunWindow::pushVerticalScale() {
   controller_->SetVerticalScale(*low, *high);
 }
 
-void RunWindow::watchTrayStatus() {
-  // Every change shows at once; the times tick every second between changes.
+void RunWindow::watchTrayStatus(const RunStatusContext& file, const std::string& path) {
+  // Every change shows at once, and replaces the status file beside the set; the times tick
+  // every second between changes.
   QPointer<RunWindow> self(this);
-  controller_->trayStatus().setListener([self](const TrayStatus&) {
-    if (!self) return;
-    QMetaObject::invokeMethod(
-        self,
-        [self] {
-          if (self) self->refreshTrayStatus();
-        },
-        Qt::QueuedConnection);
+  controller_->trayStatus().setListener([self, file, path](const TrayStatus& now) {
+    if (self) {
+      QMetaObject::invokeMethod(
+          self,
+          [self] {
+            if (self) self->refreshTrayStatus();
+          },
+          Qt::QueuedConnection);
+    }
+    // After the window is told: the file's write waits for the disk.
+    WriteRunStatus(path, RunStatusJson(now, file));
   });
   tick_ = new QTimer(this);
   tick_->setInterval(1000);

@@ -8,6 +8,7 @@
 
 #include "core/platform/line_source.h"
 #include "core/run/run_controller.h"
+#include "core/run/run_status_file.h"
 #include "core/run/run_view.h"
 
 class QAction;
@@ -118,7 +119,7 @@ class RunWindow final : public QWidget, public RunView {
   QPushButton* buttonFor(RunButton button) const;
   // The tray run's panel and TimeInfo, from the run's status as it stands now.
   void refreshTrayStatus();
-  void watchTrayStatus();
+  void watchTrayStatus(const RunStatusContext& file, const std::string& path);
 
   Clock& clock_;
   std::unique_ptr<SerialLine> line_;
