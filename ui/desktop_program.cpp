@@ -103,7 +103,11 @@ int RunDesktopProgram(int argc, char** argv) {
 
   if (!window.presenter().startUp(QDir::currentPath().toStdString())) return op.exitCode();
   std::vector<std::string> rejected;
-  lines.ports() = LoadPortMap(portEntries(*options), state->PreferencesPath, &rejected);
+  std::string portsRefused;
+  lines.ports() =
+      LoadPortMap(portEntries(*options), state->PreferencesPath, &rejected, &portsRefused);
+  // The instruments stay on the machine's own ports; the operator knows why.
+  if (!portsRefused.empty()) op.message(portsRefused, "ZORVEL ERROR", BoxIcon::Exclamation);
   for (const auto& entry : rejected) {
     op.message("The port assignment \"" + entry + "\" is not of the form COMn=DEVICE.",
                "ZORVEL ERROR", BoxIcon::Exclamation);

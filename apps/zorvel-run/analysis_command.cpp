@@ -11,12 +11,11 @@
 #include "core/files/log_line.h"
 #include "core/instruments/arm.h"
 #include "core/instruments/pump.h"
-#include "core/method/instrument_ranges.h"
-#include "core/method/method_checks.h"
 #include "core/method/method_codes.h"
 #include "core/method/method_file.h"
 #include "core/quality/alert_console.h"
 #include "core/quality/quality_checks.h"
+#include "core/run/method_run_check.h"
 #include "core/run/qc_row_tracker.h"
 #include "core/run/run_controller.h"
 #include "core/run/run_launch.h"
@@ -188,13 +187,13 @@ std::optional<int> refuseMethod(Context& context, RunOperator& op) {
   // The checks "&Save As" makes before a run come first; a reopened set numbers on from its
   // own records. Then nothing is created for a method the fluorimeter would refuse.
   const int firstNumber = o.newDataPath.empty() ? 1 : o.firstNumber;
-  std::optional<std::string> problem = CheckMethodForRun(context.state.Method, firstNumber);
-  if (!problem)
-    problem = InstrumentRangeProblem(context.state.Method,
-                                     FluorimeterModelFor(context.state.Prefs.Fluorimeter));
-  if (!problem) return std::nullopt;
-  context.out << "No run started.  " << *problem << "\n";
-  return context.fail("the method " + o.methodPath + " is refused: " + *problem, 2);
+  const std::vector<std::string> problems =
+      MethodRunProblems(context.state.Method, FluorimeterModelFor(context.state.Prefs.Fluorimeter),
+                        firstNumber, context.state.Tray.TubeCount);
+  if (problems.empty()) return std::nullopt;
+  context.out << "No run started.";
+  for (const std::string& problem : problems) context.out << "  " << problem << "\n";
+  return context.fail("the method " + o.methodPath + " is refused: " + problems.front(), 2);
 }
 
 // Answers the run's questions from the answer file until its window closes: the exit status

@@ -5,6 +5,7 @@
 #include "apps/zorvel-run/commands.h"
 #include "core/autosampler/maintenance_sequences.h"
 #include "core/autosampler/tray_geometry_file.h"
+#include "core/files/log_line.h"
 #include "core/method/method_file.h"
 
 namespace zorvel::headless {
@@ -32,7 +33,11 @@ std::optional<std::string> ensureTray(Context& context) {
   const std::string& file = state.Method.Autosampler.TrayDescriptorFile;
   if (state.Tray.positionCount > 0 || file.empty()) return std::nullopt;
   const TrayLoadResult loaded = LoadTrayGeometry(file, state.Tray);
-  if (loaded) return std::nullopt;
+  if (loaded) {
+    const std::string note = TrayReachNote(state.Tray, file);
+    if (!note.empty()) WriteLogEntry(state.LogPath, context.clock, note);
+    return std::nullopt;
+  }
   return loaded.message;
 }
 
@@ -62,8 +67,6 @@ int RunAutosamplerCommand(Context& context, LineSource& lines) {
     return context.fail("the arm's or the dilutor's port cannot be reached");
   Arm arm(*armLine, context.clock, context.op, state.Links, state.Tray);
   Pump pump(*pumpLine, context.clock, context.op, state.Links, state.Method.Autosampler);
-  // Where the arm stands is unknown to a fresh program: its first move is always sent.
-  state.Links.CurrentArmTube = -1;
   MaintenanceRig rig{arm,         pump,      state.Method.Autosampler, state.Tray, state.Links,
                      state.Steps, context.op};
   MaintenanceSequences sequences(

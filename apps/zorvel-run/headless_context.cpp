@@ -26,8 +26,8 @@ class ConsoleMainView final : public MainView {
   void setMethodControlsEnabled(bool) override {}
   void showDisclaimer() override {}
   bool runSetupWindow() override {
-    out_ << "zorvel-run: no preferences file; start zorvel once in this directory to set up "
-            "the instruments.\n";
+    out_ << "zorvel-run: the preferences need the setup window; start zorvel once in this "
+            "directory to set up the instruments.\n";
     return false;
   }
   void closeAllWindows() override {}
@@ -101,8 +101,15 @@ bool StartHeadless(Context& context) {
     return false;
   }
   std::vector<std::string> rejected;
-  context.lines.ports() =
-      LoadPortMap(context.options.portEntries, context.state.PreferencesPath, &rejected);
+  std::string portsRefused;
+  context.lines.ports() = LoadPortMap(context.options.portEntries, context.state.PreferencesPath,
+                                      &rejected, &portsRefused);
+  if (!portsRefused.empty()) {
+    context.out << portsRefused << "\n";
+    context.fail(portsRefused);
+    context.op.endProgram(2);
+    return false;
+  }
   for (const auto& entry : rejected) {
     context.fail("the port assignment \"" + entry + "\" is not of the form COMn=DEVICE");
     return false;

@@ -124,7 +124,8 @@ int main(int argc, char** argv) {
   if (!options.checkMethodPath.empty())
     return zorvel::headless::RunCheckMethodCommand(options, std::cout);
   zorvel::headless::Context context(options);
-  if (!zorvel::headless::StartHeadless(context)) return 1;
+  if (!zorvel::headless::StartHeadless(context))
+    return context.op.ended() ? context.op.exitCode() : 1;
   if (options.watercell) return zorvel::headless::RunWatercellCommand(context, context.lines);
   if (options.intensity) return zorvel::headless::RunIntensityCommand(context, context.lines);
   if (!options.autosampler.empty()) {

@@ -8,6 +8,7 @@
 #include "core/datafiles/data_set_commands.h"
 #include "core/files/log_line.h"
 #include "core/method/method_commands.h"
+#include "core/run/method_run_check.h"
 #include "core/run/run_launch.h"
 #include "core/state/file_dialogs.h"
 
@@ -19,6 +20,11 @@ MainPresenter::MainPresenter(AppState& state, Operator& op, Clock& clock, Printe
   for (MainMenu item : {MainMenu::NewMethodFile, MainMenu::EditMethodFile, MainMenu::AppendDataFile,
                         MainMenu::Exit, MainMenu::SetupFluorimeter, MainMenu::About})
     available_.insert(item);
+  // "&Save As" refuses what the run would refuse, by the same check.
+  methodEditor_.setRunCheck([this](const MethodSettings& method) {
+    return MethodRunProblems(method, FluorimeterModelFor(state_.Prefs.Fluorimeter),
+                             methodEditor_.state().FirstSampleNumber, state_.Tray.TubeCount);
+  });
 }
 
 void MainPresenter::setAvailable(MainMenu item, bool isAvailable) {

@@ -1,8 +1,10 @@
 #include "core/app/port_map.h"
 
+#include <algorithm>
 #include <cctype>
 
 #include "core/files/file_output.h"
+#include "core/files/paths.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {
@@ -68,6 +70,34 @@ std::vector<PortAssignment> ParsePortsFile(std::string_view text) {
   return out;
 }
 
+std::optional<std::string> PortsFileProblem(std::string_view text, const std::string& path) {
+  const std::string where = "The ports file " + path + ", line ";
+  int lineNumber = 0;
+  int assignments = 0;
+  while (!text.empty()) {
+    const std::size_t end = text.find('\n');
+    const std::string_view line = text.substr(0, end);
+    ++lineNumber;
+    if (ParsePortAssignment(line)) {
+      ++assignments;
+    } else if (!trimBlanks(line).empty()) {
+      bool printable = true;
+      for (const char c : line) {
+        const auto byte = static_cast<unsigned char>(c);
+        printable = printable && (byte >= 0x20 || c == '\t' || c == '\r') && byte != 0x7f;
+      }
+      return where + text::plain(lineNumber) + ": " +
+             (printable ? "\"" + std::string(trimBlanks(line)) + "\"" : "bytes that are not text") +
+             " is not of the form COMn?=DEVICE (n from 1 to 4).";
+    }
+    if (end == std::string_view::npos) break;
+    text.remove_prefix(end + 1);
+  }
+  if (assignments > 0) return std::nullopt;
+  return where + text::plain(std::max(lineNumber, 1)) +
+         ": the file holds no COMn?=DEVICE line; delete it to use the machine's own ports.";
+}
+
 std::string FormatPortsFile(const std::vector<PortAssignment>& assignments) {
   std::string out;
   for (const PortAssignment& a : assignments) {
@@ -98,9 +128,18 @@ std::string PortsFilePathBeside(const std::string& preferencesPath) {
 }
 
 PortMap LoadPortMap(const std::vector<std::string>& commandLine, const std::string& preferencesPath,
-                    std::vector<std::string>* rejected) {
+                    std::vector<std::string>* rejected, std::string* fileRefusal) {
+  const std::string path = PortsFilePathBeside(preferencesPath);
   std::string text;
-  ReadWholeFile(PortsFilePathBeside(preferencesPath), text);
+  if (IsFolder(path)) {
+    if (fileRefusal != nullptr) *fileRefusal = "The ports file " + path + " is a folder.";
+    return BuildPortMap(commandLine, "", rejected);
+  }
+  if (!ReadWholeFile(path, text)) return BuildPortMap(commandLine, "", rejected);
+  if (auto problem = PortsFileProblem(text, path)) {
+    if (fileRefusal != nullptr) *fileRefusal = *problem;
+    text.clear();
+  }
   return BuildPortMap(commandLine, text, rejected);
 }
 

@@ -43,6 +43,10 @@ std::optional<PortAssignment> ParsePortAssignment(std::string_view text);
 // The assignments of a ports file's text, lines ended by CR LF or LF; bad lines are skipped.
 std::vector<PortAssignment> ParsePortsFile(std::string_view text);
 
+// Why a ports file's text cannot be used: a line that is neither blank nor an assignment (the
+// first one, with its number), or no assignment at all. Nothing when it can be used.
+std::optional<std::string> PortsFileProblem(std::string_view text, const std::string& path);
+
 // The ports file's text for the given assignments: "COM1?=/dev/pts/7" lines ended by CR LF.
 std::string FormatPortsFile(const std::vector<PortAssignment>& assignments);
 
@@ -55,8 +59,11 @@ PortMap BuildPortMap(const std::vector<std::string>& commandLine, std::string_vi
 std::string PortsFilePathBeside(const std::string& preferencesPath);
 
 // Reads the ports file beside the preferences (a missing file means no lines) and builds the map.
+// A file that cannot be used (PortsFileProblem, a folder) adds nothing, and `fileRefusal` says
+// why, naming the file and the line.
 PortMap LoadPortMap(const std::vector<std::string>& commandLine, const std::string& preferencesPath,
-                    std::vector<std::string>* rejected = nullptr);
+                    std::vector<std::string>* rejected = nullptr,
+                    std::string* fileRefusal = nullptr);
 
 // Writes the ports file whole, through a temporary file renamed over the old one.
 bool WritePortsFile(const std::string& path, const std::vector<PortAssignment>& assignments);

@@ -29,7 +29,7 @@ SetupPresenter::SetupPresenter(AppState& state, Operator& op, SetupView& view,
     : state_(state), op_(op), view_(view), trayFileShown_(std::move(trayFileShown)) {}
 
 void SetupPresenter::opened() {
-  firstRun_ = !FileExists(state_.PreferencesPath);
+  firstRun_ = !FileExists(state_.PreferencesPath) || state_.PreferencesRefused;
   Preferences& prefs = state_.Prefs;
   if (firstRun_) {
     view_.setCancelCaption("Exit");
@@ -173,6 +173,7 @@ void SetupPresenter::ok() {
                 "ZORVEL ERROR", BoxIcon::Exclamation);
     return;
   }
+  state_.PreferencesRefused = false;
   view_.close();
 }
 

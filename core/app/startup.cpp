@@ -2,6 +2,7 @@
 
 #include "core/app/directory_structure.h"
 #include "core/app/preferences_file.h"
+#include "core/autosampler/tray_geometry_file.h"
 #include "core/files/log_line.h"
 #include "core/files/paths.h"
 #include "core/method/method_defaults.h"
@@ -21,14 +22,20 @@ namespace {
 
 // The preferences: read them, or when missing say so and let the operator fill the setup
 // window. False when the program is to end.
-bool LoadOrAskPreferences(AppState& state, Operator& op, MainView& view) {
+bool LoadOrAskPreferences(AppState& state, Operator& op, MainView& view,
+                          PreferencesReport& report) {
   state.PreferencesPath = state.StartDirectory + "ZORVEL.PRF";
   if (!FileExists(state.PreferencesPath)) {
     op.message("An LS50(B) preferences file was not found.  Please complete form.",
                "ZORVEL NOTIFICATION", BoxIcon::Exclamation);
     return view.runSetupWindow();
   }
-  return ReadPreferences(state, op);
+  if (ReadPreferences(state, op, report)) return true;
+  if (!state.PreferencesRefused) return false;
+  // A refused file is set up again as on a first run; without a setup window the program ends.
+  if (view.runSetupWindow()) return true;
+  op.endProgram(kPreferencesRefusedExit);
+  return false;
 }
 
 }  // namespace
@@ -44,12 +51,19 @@ bool StartUp(AppState& state, const std::string& currentDirectory, Operator& op,
     op.endProgram(0);
     return false;
   }
-  if (!LoadOrAskPreferences(state, op, view)) return false;
+  PreferencesReport report;
+  if (!LoadOrAskPreferences(state, op, view, report)) return false;
 
   state.LogPath = state.StartDirectory + "ZORVEL.LOG";
   if (!EnsureProgramLog(state)) {
     op.message("The program log " + state.LogPath + " cannot be written.", "ZORVEL ERROR",
                BoxIcon::Exclamation);
+  }
+  // The log exists only now; the tray was read with the preferences.
+  if (!report.note.empty()) WriteLogEntry(state.LogPath, clock, report.note);
+  if (state.Prefs.AutoSampler) {
+    const std::string note = TrayReachNote(state.Tray, state.Prefs.TrayGeometryFile);
+    if (!note.empty()) WriteLogEntry(state.LogPath, clock, note);
   }
   view.setMethodFileLabel("None open.");
   view.setDataFileLabel("None open");

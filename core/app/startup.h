@@ -9,9 +9,13 @@
 
 namespace zorvel {
 
+// The exit status when the preferences file is refused and not set up again.
+inline constexpr int kPreferencesRefusedExit = 2;
+
 // The start-up of the program, run when the main window loads, in this order: start-up
 // directory, directory check (No ends the program), preferences (when missing: a notice, then
-// the setup window), the program log with "Boot up". False when the program is to end.
+// the setup window; when refused: why, then the setup window), the program log with "Boot up".
+// False when the program is to end.
 bool StartUp(AppState& state, const std::string& currentDirectory, Operator& op, Clock& clock,
              MainView& view);
 

@@ -39,6 +39,13 @@ bool ValidateAutosamplerSettings(AutosamplerSettings& settings, std::int16_t tub
                                  float& stepsPerMicrolitre, PumpSteps& steps, Operator& person,
                                  const std::function<void(AutosamplerField)>& corrected = {});
 
+// What a tray run needs of the settings beyond the whole check above, with it in its place:
+// a tray to run on, a 5 or 10 ml syringe, the tube range within the tray, the blank placed as
+// the standard must be, and frequencies of 0 or more. Every fault's message, in the order of
+// the checks; the settings are not changed. Empty when a tray run may start with them.
+std::vector<std::string> AutosamplerRunFaults(const AutosamplerSettings& settings,
+                                              std::int16_t tubeCount);
+
 // Opening the autosampler window after a failed whole check, once per program run.
 struct AutosamplerWindowOffer {
   bool& everOpened;                  // set whenever the window opens

@@ -84,9 +84,18 @@ Verdict ruleFor(const AutosamplerSettings& s, AutosamplerField field, long v,
       return tubeRules(s, v, false, tubeCount);
     case AutosamplerField::StandardFreq:
     case AutosamplerField::BlankFreq: {
-      const long limit =
-          s.EndingTube - (field == AutosamplerField::StandardFreq ? s.StandardTube : s.BlankTube);
+      const bool standard = field == AutosamplerField::StandardFreq;
+      const int tube = standard ? s.StandardTube : s.BlankTube;
+      const long limit = s.EndingTube - tube;
       if (v >= 0 && v <= limit) return std::nullopt;
+      // No frequency fits while the reference tube lies past the ending tube: say which tube
+      // to move rather than show a range that holds nothing.
+      if (limit < 0) {
+        return Broken{std::string("No frequency fits: the Ending Tube (") + whole(s.EndingTube) +
+                          ") lies before the " + (standard ? "Standard" : "Blank") + " tube (" +
+                          whole(tube) + ").",
+                      std::nullopt};
+      }
       return Broken{
           "Answer must be between 0 and " + whole(static_cast<int>(limit)) + ". Please try again.",
           std::nullopt};

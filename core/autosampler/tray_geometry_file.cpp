@@ -1,9 +1,11 @@
 #include "core/autosampler/tray_geometry_file.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
 #include "core/files/file_output.h"
+#include "core/files/paths.h"
 
 #include "core/text/number_format.h"
 
@@ -34,9 +36,12 @@ class RecordReader {
     return true;
   }
 
-  bool finish() {
-    if (filled_ == 0) return true;
-    return refuse(recordLine_, "a position needs three numbers (X, Y and its number)");
+  bool finish(int lastLine) {
+    if (filled_ != 0)
+      return refuse(recordLine_, "a position needs three numbers (X, Y and its number)");
+    if (tray_.positionCount == 0)
+      return refuse(std::max(lastLine, 1), "the file holds no positions");
+    return true;
   }
 
   const std::string& message() const { return message_; }
@@ -61,21 +66,15 @@ class RecordReader {
 
   bool storeRecord() {
     filled_ = 0;
-    const double x = values_[0];
-    const double y = values_[1];
-    if (x < 0 || x > kArmReachXMm || y < 0 || y > kArmReachYMm) {
-      return refuse(recordLine_, "X " + text::plain(x) + ", Y " + text::plain(y) +
-                                     " lies outside the arm's reach (X 0 to " +
-                                     text::plainSingle(kArmReachXMm) + ", Y 0 to " +
-                                     text::plainSingle(kArmReachYMm) + " mm)");
-    }
     const auto tube = text::toInt16(values_[2]);
     if (!tube)
       return refuse(recordLine_,
                     "the position number " + text::plain(values_[2]) + " is not a tube number");
+    // Positions beyond the arm's travel are kept: the arm is sent X 302 for anything further
+    // right and every other value as it stands (TrayReachNote says so in the log).
     TrayPosition& p = tray_.positions[static_cast<std::size_t>(tray_.positionCount++)];
-    p.X = static_cast<float>(x);
-    p.Y = static_cast<float>(y);
+    p.X = static_cast<float>(values_[0]);
+    p.Y = static_cast<float>(values_[1]);
     p.Number = *tube;
     if (p.Number > tray_.TubeCount) tray_.TubeCount = p.Number;
     return true;
@@ -110,7 +109,7 @@ TrayLoadResult ParseTrayGeometry(std::string_view text, const std::string& fileN
     ok = reader.takeLine(text.substr(start, end - start), ++lineNumber);
     start = end + 1;
   }
-  if (ok) ok = reader.finish();
+  if (ok) ok = reader.finish(lineNumber);
   if (!ok) {
     tray = TrayGeometry{};
     return TrayLoadResult{false, reader.message()};
@@ -119,12 +118,37 @@ TrayLoadResult ParseTrayGeometry(std::string_view text, const std::string& fileN
 }
 
 TrayLoadResult LoadTrayGeometry(const std::string& path, TrayGeometry& tray) {
-  std::string text;
-  if (!ReadWholeFile(path, text)) {
-    tray = TrayGeometry{};
-    return TrayLoadResult{false, "The tray geometry file " + path + " could not be read."};
+  tray = TrayGeometry{};
+  if (IsFolder(path)) {
+    return TrayLoadResult{false, "The tray geometry file " + path +
+                                     " is a folder; a tray geometry file is expected."};
   }
+  std::string text;
+  if (!ReadWholeFile(path, text))
+    return TrayLoadResult{false, "The tray geometry file " + path + " could not be read."};
   return ParseTrayGeometry(text, path, tray);
+}
+
+std::string TrayReachNote(const TrayGeometry& tray, const std::string& fileName) {
+  constexpr int kNamedAtMost = 8;
+  std::string named;
+  int outside = 0;
+  for (int k = 0; k < tray.positionCount; ++k) {
+    const TrayPosition& p = tray.positions[static_cast<std::size_t>(k)];
+    if (p.X >= 0 && p.X <= kArmReachXMm && p.Y >= 0 && p.Y <= kArmReachYMm) continue;
+    if (++outside > kNamedAtMost) continue;
+    named += std::string(named.empty() ? "" : "; ") + "position " +
+             text::fixed(static_cast<double>(k), 0) + " X " + text::plainSingle(p.X) + ", Y " +
+             text::plainSingle(p.Y);
+  }
+  if (outside == 0) return {};
+  if (outside > kNamedAtMost)
+    named += "; and " + text::fixed(static_cast<double>(outside - kNamedAtMost), 0) + " more";
+  return "Tray geometry file " + fileName + ": " + text::fixed(static_cast<double>(outside), 0) +
+         " position(s) outside the arm's reach (X 0 to " + text::plainSingle(kArmReachXMm) +
+         ", Y 0 to " + text::plainSingle(kArmReachYMm) + " mm): " + named + ". X beyond " +
+         text::plainSingle(kArmReachXMm) + " is sent as " + text::plainSingle(kArmReachXMm) +
+         "; every other value is sent as it stands.";
 }
 
 }  // namespace zorvel

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <vector>
 
+#include "core/instruments/gap_marker.h"
 #include "core/text/date_format.h"
 #include "core/text/number_format.h"
 
@@ -12,7 +13,6 @@ namespace {
 
 constexpr char kTab = '\t';
 constexpr const char* kLineEnd = "\r\n";
-constexpr float kGapMarker = -9999.0f;
 
 // The record's columns 5 to 13 take the header fields in this order (numbered from 1).
 constexpr int kHeaderFieldOrder[] = {1, 2, 3, 4, 6, 7, 5, 8, 9};
@@ -67,7 +67,7 @@ std::string WaterCellRecordLine(const WaterCellResult& result, const CalendarTim
 
 bool TimeDriveSums::add(std::string_view token) {
   const auto value = static_cast<float>(fluor::FieldValue(token) / 1000.0);
-  if (value == kGapMarker) return false;
+  if (IsGapMarker(value)) return false;
   sum_ += value;
   sumOfSquares_ += value * value;
   ++count_;

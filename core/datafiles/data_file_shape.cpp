@@ -8,8 +8,6 @@ namespace zorvel {
 
 namespace {
 
-constexpr std::string_view kRecordLetters = "SPBCR";
-
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }

@@ -37,6 +37,9 @@ std::vector<DataFileEntry> FilesOfSet(const DataSetPaths& paths);
 bool IsWholeRecord(const DataFileShape& shape, std::string_view line,
                    std::string_view previousRecord = {});
 
+// The letters that begin a record: sample, pure, blank, control, replicate.
+inline constexpr std::string_view kRecordLetters = "SPBCR";
+
 // The record's label when the line starts with a record letter and a sample number: the
 // letter and the number; nothing otherwise (a garbled line).
 struct RecordLabel {

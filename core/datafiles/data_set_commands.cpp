@@ -117,6 +117,12 @@ CreateDataSetResult CreateDataFileSet(AppState& state, Operator& op, Clock& cloc
 ReopenResult ReopenDataFileSet(AppState& state, Operator& op, const std::string& path,
                                QualityDatabases& databases) {
   ReopenResult result;
+  if (IsFolder(path)) {
+    op.message(
+        "The data file " + path + " is a folder; a data set's .FIX or .SYN file is expected.",
+        kErrorTitle, BoxIcon::Exclamation);
+    return result;
+  }
   const std::string base = BasePathOf(path);
   // Only the two header lines are read here; a long set's records are not.
   std::string bytes;
@@ -149,9 +155,10 @@ ReopenResult ReopenDataFileSet(AppState& state, Operator& op, const std::string&
   state.LineEnding = lineEnding.empty() ? LineEndingFor(state.Method.FileType) : lineEnding;
 
   const LastSample last = FindLastSample(state.Method, state.DataSet);
-  if (!last.mismatch.empty()) {
-    op.message(last.mismatch, kNotificationTitle, BoxIcon::Exclamation);
-    result.logEntries.push_back(last.mismatch);
+  for (const std::string* note : {&last.unreadableMessage, &last.mismatch}) {
+    if (note->empty()) continue;
+    op.message(*note, kNotificationTitle, BoxIcon::Exclamation);
+    result.logEntries.push_back(*note);
   }
   if (state.Method.Fixed) databases.load(state.DataSet.CtlPath, state.DataSet.BlkPath);
   result.ok = true;

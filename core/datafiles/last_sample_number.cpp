@@ -33,6 +33,17 @@ bool isPureOrBlank(char c) {
   return c == 'P' || c == 'B';
 }
 
+// A line that begins as a record does but whose number cannot be read ("S-7", a number of
+// more digits than a record holds): its label as found, or empty for any other line.
+std::string unreadableLabel(std::string_view line) {
+  RecordLabel label;
+  if (line.empty() || kRecordLetters.find(line.front()) == std::string_view::npos ||
+      ParseRecordLabel(line, label))
+    return {};
+  const std::size_t end = std::min(line.find_first_of("\t "), std::size_t{24});
+  return std::string(line.substr(0, end));
+}
+
 // Where the records begin: just after the first whole line of the head that holds the heading;
 // npos when the head holds none.
 std::size_t recordsStart(std::string_view head, std::string_view heading, bool headIsWhole) {
@@ -61,7 +72,11 @@ LastSample lastSampleFromEnd(const std::string& path, std::size_t firstByte,
   std::string line;
   while (!(haveLabel && haveNumber && last.samplesPresent) && lines.previous(line)) {
     RecordLabel label;
-    if (!ParseRecordLabel(line, label)) continue;
+    if (!ParseRecordLabel(line, label)) {
+      // Only one after the last readable number would be numbered past.
+      if (!haveNumber && last.unreadable.empty()) last.unreadable = unreadableLabel(line);
+      continue;
+    }
     if (!haveLabel && label.letter != 'R') {
       last.lastLabel = label.letter + std::to_string(label.number);
       haveLabel = true;
@@ -85,7 +100,11 @@ LastSample lastSampleAfter(std::string_view text, std::string_view lastHeading,
       continue;
     }
     RecordLabel label;
-    if (!ParseRecordLabel(line, label)) continue;
+    if (!ParseRecordLabel(line, label)) {
+      if (last.unreadable.empty()) last.unreadable = unreadableLabel(line);
+      continue;
+    }
+    if (!isPureOrBlank(label.letter)) last.unreadable.clear();
     if (label.letter != 'R') last.lastLabel = label.letter + std::to_string(label.number);
     if (isPureOrBlank(label.letter)) continue;
     last.number = static_cast<int>(std::min<long>(label.number, INT_MAX));
@@ -124,16 +143,29 @@ LastSample LastSampleInFile(const std::string& path, DataFileKind kind) {
   return fixed ? LastSampleInFixedText(bytes) : LastSampleInScanText(bytes);
 }
 
+// Names the record whose number could not be read, so numbering never passes it in silence.
+void tellUnreadable(LastSample& last, const std::string& path) {
+  if (last.unreadable.empty()) return;
+  last.unreadableMessage = "The data file " + fileName(path) + " holds the record \"" +
+                           last.unreadable + "\" after its last readable record number (" +
+                           std::to_string(last.number) +
+                           "); its number cannot be read.  Numbering continues after " +
+                           std::to_string(last.number) + ".";
+}
+
 LastSample FindLastSample(const MethodSettings& method, const DataSetPaths& paths) {
   LastSample fixed;
   LastSample scans;
   if (method.Fixed) fixed = LastSampleInFile(paths.FixPath, DataFileKind::Fixed);
   if (method.Synch) scans = LastSampleInFile(paths.SynPath, DataFileKind::Synch);
+  tellUnreadable(fixed, paths.FixPath);
+  tellUnreadable(scans, paths.SynPath);
   if (!method.Synch) return fixed;
   if (!method.Fixed) return scans;
   LastSample last = fixed;
   last.number = std::max(fixed.number, scans.number);
   last.samplesPresent = fixed.samplesPresent || scans.samplesPresent;
+  if (last.unreadableMessage.empty()) last.unreadableMessage = scans.unreadableMessage;
   if (fixed.lastLabel != scans.lastLabel) {
     auto ends = [](const std::string& label) { return label.empty() ? "no record" : label; };
     last.mismatch =

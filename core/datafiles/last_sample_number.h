@@ -16,6 +16,10 @@ struct LastSample {
   // Set when the set's ".FIX" and ".SYN" end with different readings: one reading's record
   // reached one file and not the other.
   std::string mismatch;
+  // A record after the last number whose own number cannot be read ("S-7"), as found, and
+  // (from FindLastSample) the message that names it and its file.
+  std::string unreadable;
+  std::string unreadableMessage;
 };
 
 // The last sample number of a ".FIX" file's records (the lines after the "em wl" heading):

@@ -39,8 +39,19 @@ void KeyValueReader::skipLineEnd() {
   if (pos_ < text_.size() && text_[pos_] == '\n') ++pos_;
 }
 
+int KeyValueReader::lastLine() const {
+  int line = 1;
+  for (std::size_t i = 0; i < lastStart_ && i < text_.size(); ++i) {
+    // CR LF, CR and LF each end one line.
+    if (text_[i] == '\n' || (text_[i] == '\r' && (i + 1 >= text_.size() || text_[i + 1] != '\n')))
+      ++line;
+  }
+  return line;
+}
+
 std::string KeyValueReader::readLine() {
   const std::size_t start = pos_;
+  lastStart_ = start;
   while (pos_ < text_.size() && !isLineEnd(text_[pos_])) ++pos_;
   std::string line = text_.substr(start, pos_ - start);
   skipLineEnd();
@@ -50,6 +61,7 @@ std::string KeyValueReader::readLine() {
 // A comma-delimited field: leading blanks skipped, ended by a comma (consumed) or the line end
 // (consumed); a field in double quotes runs to the closing quote.
 std::string KeyValueReader::readField() {
+  lastStart_ = pos_;
   while (pos_ < text_.size() && (text_[pos_] == ' ' || text_[pos_] == '\t')) ++pos_;
   std::string field;
   if (pos_ < text_.size() && text_[pos_] == '"') {
@@ -77,7 +89,8 @@ bool KeyValueReader::ReadIntValue(std::int16_t& value) {
     return false;
   }
   const std::string field = readField();
-  if (const auto number = text::parseNumber(ValueAfterEquals(field))) {
+  lastValue_ = std::string(ValueAfterEquals(field));
+  if (const auto number = text::parseNumber(lastValue_)) {
     if (const auto rounded = text::toInt16(*number)) value = *rounded;
   }
   return true;
@@ -89,7 +102,8 @@ bool KeyValueReader::ReadSingleValue(float& value) {
     return false;
   }
   const std::string field = readField();
-  if (const auto number = text::parseNumber(ValueAfterEquals(field))) {
+  lastValue_ = std::string(ValueAfterEquals(field));
+  if (const auto number = text::parseNumber(lastValue_)) {
     value = static_cast<float>(*number);
   }
   return true;
@@ -100,7 +114,8 @@ std::string KeyValueReader::ReadTextValue() {
     close();
     return std::string(kEofMarker);
   }
-  return std::string(ValueAfterEquals(readLine()));
+  lastValue_ = std::string(ValueAfterEquals(readLine()));
+  return lastValue_;
 }
 
 }  // namespace zorvel

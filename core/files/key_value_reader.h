@@ -32,6 +32,11 @@ class KeyValueReader {
   // included); returns kEofMarker at the end of the file, which it closes.
   std::string ReadTextValue();
 
+  // The value text of the last read (after its "=", before any conversion) and the line it
+  // stood on, counted from 1: what a reader names when it refuses a value.
+  const std::string& lastValueText() const { return lastValue_; }
+  int lastLine() const;
+
  private:
   std::string readField();
   std::string readLine();
@@ -39,6 +44,8 @@ class KeyValueReader {
 
   std::string text_;
   std::size_t pos_ = 0;
+  std::size_t lastStart_ = 0;
+  std::string lastValue_;
   bool open_ = false;
 };
 

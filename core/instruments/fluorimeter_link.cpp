@@ -347,8 +347,10 @@ TerminatedText FluorimeterLink::ReadNumberToken() {
 
 void FluorimeterLink::HaltOnLinkFailure() {
   if (halted_) return;
-  person_.message("Communication with the fluorimeter has failed.  Program halted.",
-                  kCommunicationErrorTitle, BoxIcon::Exclamation, BoxButtons::Ok);
+  // The port follows the message, so a wrong entry in the ports file shows for what it is.
+  person_.message(
+      "Communication with the fluorimeter has failed.  Program halted.\rPort: " + line_.describe(),
+      kCommunicationErrorTitle, BoxIcon::Exclamation, BoxButtons::Ok);
   halted_ = true;
   person_.endProgram(kHaltExitCode);
 }

@@ -1,6 +1,7 @@
 #include "core/method/method_checks.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "core/text/number_format.h"
 
@@ -90,6 +91,49 @@ Problem identityProblem(const MethodSettings& m) {
 
 }  // namespace
 
+const std::int16_t* IntegerField(const MethodSettings& m, std::string_view key) {
+  using M = MethodSettings;
+  using A = AutosamplerSettings;
+  static constexpr std::pair<std::string_view, std::int16_t M::*> kHeader[] = {
+      {"No.Colors", &M::NoColors}, {"No.Pures", &M::NoPures}, {"Repetitions", &M::Repetitions}};
+  static constexpr std::pair<std::string_view, std::int16_t A::*> kAutosampler[] = {
+      {"SampleVolume", &A::SampleVolume},
+      {"AirVolume", &A::AirVolume},
+      {"BackFlowVolume", &A::BackFlowVolume},
+      {"FillSpeed", &A::FillSpeed},
+      {"DispenseSpeed", &A::DispenseSpeed},
+      {"FillSpeedFlush", &A::FillSpeedFlush},
+      {"DispenseSpeedFlush", &A::DispenseSpeedFlush},
+      {"FlushTime", &A::FlushTime},
+      {"AirDryTime", &A::AirDryTime},
+      {"SyringeVolume", &A::SyringeVolume},
+      {"StartingTube", &A::StartingTube},
+      {"EndingTube", &A::EndingTube},
+      {"StandardTube", &A::StandardTube},
+      {"StandardFreq", &A::StandardFreq},
+      {"BlankTube", &A::BlankTube},
+      {"BlankFreq", &A::BlankFreq},
+      {"RinseHeight", &A::RinseHeight},
+      {"StandardHeight", &A::StandardHeight},
+      {"TubeHeight", &A::TubeHeight},
+      {"BackFillHeight", &A::BackFillHeight},
+      {"StandardBFHeight", &A::StandardBFHeight},
+      {"PumpDirection", &A::PumpDirection}};
+  for (const auto& [name, member] : kHeader) {
+    if (name == key) return &(m.*member);
+  }
+  for (const auto& [name, member] : kAutosampler) {
+    if (name == key) return &(m.Autosampler.*member);
+  }
+  return nullptr;
+}
+
+std::optional<std::string> PuresProblem(const MethodSettings& m) {
+  if (m.NoPures == m.NoColors) return std::nullopt;
+  return "No.Pures " + whole(m.NoPures) + " must equal No.Colors (" + whole(m.NoColors) +
+         "): one pure sample is read for each colour.";
+}
+
 std::optional<WavelengthFault> FindWavelengthFault(const MethodSettings& method,
                                                    FixedTableExtremes& extremes) {
   extremes = FixedTableExtremes{};
@@ -145,12 +189,24 @@ std::optional<MethodProblem> FirstMethodProblem(const MethodSettings& m, int fir
   return std::nullopt;
 }
 
+std::optional<std::string> UnfitNumberProblem(const MethodSettings& method) {
+  for (const UnfitNumber& unfit : method.UnfitNumbers) {
+    // A value typed since the file was read replaces what the file said.
+    const std::int16_t* field = IntegerField(method, unfit.key);
+    if (field == nullptr || *field != -1) continue;
+    return unfit.key + " " + unfit.text +
+           " does not fit: the method file must give a whole number from -32768 to 32767.";
+  }
+  return std::nullopt;
+}
+
 std::optional<std::string> CheckMethodForRun(const MethodSettings& method, int firstSampleNumber) {
+  if (auto unfit = UnfitNumberProblem(method)) return unfit;
   FixedTableExtremes extremes;
   const std::optional<WavelengthFault> fault = FindWavelengthFault(method, extremes);
   const std::optional<MethodProblem> p =
       FirstMethodProblem(method, firstSampleNumber, extremes, [&fault] { return !fault; });
-  if (!p) return std::nullopt;
+  if (!p) return PuresProblem(method);
   if (!p->wavelengths || !fault) return p->message;
   return p->message + "\nRow " + whole(fault->row) + ": " + WavelengthFaultMessage(fault->field);
 }

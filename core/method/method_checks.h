@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "core/method/method_controls.h"
 #include "core/state/method_settings.h"
@@ -51,9 +52,18 @@ std::optional<MethodProblem> FirstMethodProblem(const MethodSettings& method, in
                                                 const FixedTableExtremes& extremes,
                                                 const std::function<bool()>& wavelengthsValid);
 
-// The same over a method as read from its file: the colours count as declared and the table's
-// extremes are taken from it first. The wavelength fault's row and range follow the message
-// on a second line.
+// The 16-bit field a method file's key fills (No.Colors, No.Pures, Repetitions and the
+// autosampler section's whole numbers); null for any other key.
+const std::int16_t* IntegerField(const MethodSettings& method, std::string_view key);
+// A whole number of the method file that did not fit its field, named with its key and text,
+// while the field still holds the -1 the reader left there.
+std::optional<std::string> UnfitNumberProblem(const MethodSettings& method);
+// The pures read are one per colour: No.Pures must equal No.Colors.
+std::optional<std::string> PuresProblem(const MethodSettings& method);
+
+// The same over a method as read from its file, after its unfit numbers: the colours count as
+// declared and the table's extremes are taken from it first. The wavelength fault's row and range
+// follow the message on a second line. The pures are checked last.
 std::optional<std::string> CheckMethodForRun(const MethodSettings& method, int firstSampleNumber);
 
 }  // namespace zorvel

@@ -24,8 +24,11 @@ std::string UpperCasedForDisplay(std::string path) {
 
 MethodCommandResult NewMethodFile(AppState& state, Operator& op) {
   MethodCommandResult result;
-  const std::string templatePath = JoinPath(state.MethodsDirectory, kTemplateMethodName);
-  if (FileExists(templatePath)) {
+  // A method saved as "default" is written DEFAULT.MTH or default.MTH by the save dialog; it is
+  // the template whatever the case of its name.
+  const std::string templatePath =
+      FindFileIgnoringCase(state.MethodsDirectory, kTemplateMethodName);
+  if (!templatePath.empty()) {
     if (!ReadMethodFile(state, op, templatePath)) return result;
     result.methodPath = templatePath;
   } else {

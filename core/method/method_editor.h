@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/method/colour_presenter.h"
 #include "core/method/method_editor_view.h"
@@ -51,6 +52,12 @@ class MethodEditor {
   // "AS Setup" opens the autosampler window; unset, the button stays disabled.
   void setAutosamplerWindowOpener(std::function<void()> opener) {
     openAutosampler_ = std::move(opener);
+  }
+
+  // The checks a run makes beyond the editor's own (the fluorimeter's ranges, the autosampler
+  // settings on the tray): "&Save As" saves no method a run would refuse.
+  void setRunCheck(std::function<std::vector<std::string>(const MethodSettings&)> check) {
+    runCheck_ = std::move(check);
   }
 
   // A method was made or loaded: the snapshot for MethodChanged and the colour window's copies.
@@ -121,6 +128,7 @@ class MethodEditor {
   bool autosamplerWindowShown_ = false;
   std::optional<WavelengthFault> pendingFault_;
   std::function<void()> openAutosampler_;
+  std::function<std::vector<std::string>(const MethodSettings&)> runCheck_;
 };
 
 }  // namespace zorvel

@@ -90,6 +90,12 @@ bool MethodEditor::ValidateAndSaveMethod() {
     }
     return false;
   }
+  if (runCheck_) {
+    const std::vector<std::string> refused = runCheck_(m);
+    for (const std::string& message : refused)
+      op_.message(message, "ZORVEL ERROR", BoxIcon::Exclamation);
+    if (!refused.empty()) return false;
+  }
   const std::string path =
       ShowFileDialog(op_, state_.MethodsDirectory, "MTH", FileDialogAction::SaveAs,
                      file_dialogs::kAskBeforeOverwrite);

@@ -1,4 +1,7 @@
 #include <deque>
+#include <initializer_list>
+#include <utility>
+#include <vector>
 
 #include "core/files/key_value_reader.h"
 #include "core/method/method_codes.h"
@@ -27,7 +30,18 @@ class MethodLines {
     }
     return true;
   }
-  bool integer(std::int16_t& value) { return in_.ReadIntValue(value); }
+  // A whole number that leaves 16 bits would be read as the field's old value, silently: the
+  // field holds -1 instead and the text is noted, so the whole-method check names it.
+  bool integer(std::int16_t& value, const char* key) {
+    if (!in_.ReadIntValue(value)) return false;
+    const auto number = text::parseNumber(in_.lastValueText());
+    if (number && !text::toInt16(*number)) {
+      value = -1;
+      unfit_.push_back(UnfitNumber{key, in_.lastValueText()});
+    }
+    return true;
+  }
+  std::vector<UnfitNumber>& unfit() { return unfit_; }
   bool single(float& value) { return in_.ReadSingleValue(value); }
   bool atEnd() const { return in_.atEnd(); }
   const std::string& offending() const { return offending_; }
@@ -74,6 +88,7 @@ class MethodLines {
   KeyValueReader& in_;
   std::string offending_;
   std::deque<std::string> pending_;
+  std::vector<UnfitNumber> unfit_;
 };
 
 bool readFlag(MethodLines& in, bool& flag) {
@@ -87,7 +102,7 @@ bool readHeader(MethodLines& in, MethodSettings& m) {
   using namespace method_codes;
   std::string t;
   if (!readFlag(in, m.Fixed) || !readFlag(in, m.Synch) || !readFlag(in, m.Spillover)) return false;
-  if (!in.integer(m.NoColors) || !in.integer(m.NoPures)) return false;
+  if (!in.integer(m.NoColors, "No.Colors") || !in.integer(m.NoPures, "No.Pures")) return false;
   if (!in.single(m.ReadTime) || !in.single(m.ReadTimePures) || !in.single(m.ScanSpeed))
     return false;
   if (!in.text(t)) return false;
@@ -97,19 +112,21 @@ bool readHeader(MethodLines& in, MethodSettings& m) {
   m.DeliveryMethod = DeliveryFromText(t);
   if (!in.text(t)) return false;
   m.PrintResults = t == "True";
-  if (!in.single(m.AmtSolvent) || !in.integer(m.Repetitions)) return false;
+  if (!in.single(m.AmtSolvent) || !in.integer(m.Repetitions, "Repetitions")) return false;
   if (!in.text(t)) return false;
   m.FileType = FileTypeFromText(t);
   return in.text(m.Operator) && in.text(m.StudyId);
 }
 
+// Rows past the table's 30 are read and set aside, so that the whole-method check, not the
+// reader, tells the operator how many colours a method may have.
 bool readFixedRows(MethodLines& in, MethodSettings& m) {
   std::string headings;
   if (!in.text(headings)) return false;
-  // The table holds 30 rows; a count beyond it cannot come from a method this program wrote.
-  if (m.NoColors > kMaxColours) return false;
+  ColourDeclaration beyondTable;
   for (int row = 1; row <= m.NoColors; ++row) {
-    ColourDeclaration& pair = m.FixedPairs[static_cast<std::size_t>(row)];
+    ColourDeclaration& pair =
+        row <= kMaxColours ? m.FixedPairs[static_cast<std::size_t>(row)] : beyondTable;
     double v[5];
     for (double& x : v) {
       if (!in.number(x)) return false;
@@ -130,46 +147,58 @@ bool readSynchSection(MethodLines& in, SynchScanSettings& s) {
          in.single(s.ScanDataInterval);
 }
 
+bool readIntegers(MethodLines& in,
+                  std::initializer_list<std::pair<std::int16_t*, const char*>> fields) {
+  for (const auto& [value, key] : fields) {
+    if (!in.integer(*value, key)) return false;
+  }
+  return true;
+}
+
 bool readAutosamplerSection(MethodLines& in, AutosamplerSettings& a) {
   using namespace method_codes;
   std::string t;
-  for (std::int16_t* v :
-       {&a.SampleVolume, &a.AirVolume, &a.BackFlowVolume, &a.FillSpeed, &a.DispenseSpeed,
-        &a.FillSpeedFlush, &a.DispenseSpeedFlush, &a.FlushTime, &a.AirDryTime, &a.SyringeVolume}) {
-    if (!in.integer(*v)) return false;
-  }
+  if (!readIntegers(in, {{&a.SampleVolume, "SampleVolume"},
+                         {&a.AirVolume, "AirVolume"},
+                         {&a.BackFlowVolume, "BackFlowVolume"},
+                         {&a.FillSpeed, "FillSpeed"},
+                         {&a.DispenseSpeed, "DispenseSpeed"},
+                         {&a.FillSpeedFlush, "FillSpeedFlush"},
+                         {&a.DispenseSpeedFlush, "DispenseSpeedFlush"},
+                         {&a.FlushTime, "FlushTime"},
+                         {&a.AirDryTime, "AirDryTime"},
+                         {&a.SyringeVolume, "SyringeVolume"}}))
+    return false;
   if (!in.text(t)) return false;
   a.Resolution = ResolutionFromText(t);
-  if (!in.integer(a.StartingTube) || !in.integer(a.EndingTube)) return false;
+  if (!readIntegers(in, {{&a.StartingTube, "StartingTube"}, {&a.EndingTube, "EndingTube"}}))
+    return false;
   if (!in.text(t)) return false;
   a.HasStandard = t == "True";
-  if (!in.integer(a.StandardTube) || !in.integer(a.StandardFreq)) return false;
+  if (!readIntegers(in, {{&a.StandardTube, "StandardTube"}, {&a.StandardFreq, "StandardFreq"}}))
+    return false;
   if (!in.text(t)) return false;
   a.HasBlank = t == "True";
-  if (!in.integer(a.BlankTube) || !in.integer(a.BlankFreq)) return false;
+  if (!readIntegers(in, {{&a.BlankTube, "BlankTube"}, {&a.BlankFreq, "BlankFreq"}})) return false;
   if (!in.text(t)) return false;
   a.SampleDisposition = DispositionFromText(t);
-  for (std::int16_t* v :
-       {&a.RinseHeight, &a.StandardHeight, &a.TubeHeight, &a.BackFillHeight, &a.StandardBFHeight}) {
-    if (!in.integer(*v)) return false;
-  }
-  return in.text(a.TrayDescriptorFile) && in.integer(a.PumpDirection);
-}
-
-bool isKnownMarker(const std::string& marker) {
-  return marker.empty() || marker == kFixedSectionMarker || marker == kSynchSectionMarker ||
-         marker == kAutosamplerSectionMarker;
+  if (!readIntegers(in, {{&a.RinseHeight, "RinseHeight"},
+                         {&a.StandardHeight, "StandardHeight"},
+                         {&a.TubeHeight, "TubeHeight"},
+                         {&a.BackFillHeight, "BackFillHeight"},
+                         {&a.StandardBFHeight, "StandardBFHeight"}}))
+    return false;
+  return in.text(a.TrayDescriptorFile) && in.integer(a.PumpDirection, "PumpDirection");
 }
 
 // The sections follow the header in a fixed order, each optional. A marker that does not open
-// the section looked for stays pending and is tested against the next one. A line where a
-// marker belongs that is none (a marker glued to the value before it shifts every line after)
-// refuses the file, so no section is read with another's values.
+// the section looked for stays pending and is tested against the next one; one that opens none
+// is left unread, and the file ends there.
 bool readSections(MethodLines& in, MethodSettings& m) {
   std::string marker;
   bool usedUp = false;
   if (!in.atEnd()) {
-    if (!in.marker(marker) || !isKnownMarker(marker)) return false;
+    if (!in.marker(marker)) return false;
     if (marker == kFixedSectionMarker) {
       if (!readFixedRows(in, m)) return false;
       usedUp = true;
@@ -177,7 +206,7 @@ bool readSections(MethodLines& in, MethodSettings& m) {
   }
   if (usedUp) {
     if (in.atEnd()) return true;
-    if (!in.marker(marker) || !isKnownMarker(marker)) return false;
+    if (!in.marker(marker)) return false;
   }
   usedUp = false;
   if (marker == kSynchSectionMarker) {
@@ -186,7 +215,7 @@ bool readSections(MethodLines& in, MethodSettings& m) {
   }
   if (usedUp) {
     if (in.atEnd()) return true;
-    if (!in.marker(marker) || !isKnownMarker(marker)) return false;
+    if (!in.marker(marker)) return false;
   }
   if (marker == kAutosamplerSectionMarker) return readAutosamplerSection(in, m.Autosampler);
   return true;
@@ -220,12 +249,13 @@ bool ReadMethodFile(AppState& state, Operator& op, const std::string& path) {
     return false;
   }
   MethodSettings& m = state.Method;
-  if (!readHeader(in, m) || !readSections(in, m)) {
-    reader.close();
+  const bool read = readHeader(in, m) && readSections(in, m);
+  reader.close();
+  m.UnfitNumbers = std::move(in.unfit());
+  if (!read) {
     showFailure(op, in.offending());
     return false;
   }
-  reader.close();
   return true;
 }
 

@@ -188,7 +188,10 @@ void QualityChecks::add(QcDatabase& db, char letter, const std::string& path,
     ++notRecorded_;
     return;
   }
-  AddEntry(db, readings, colours(), db.currentBatch);
+  // While the databases are being built every entry is batch 1, whatever a reopened set's
+  // files held before.
+  AddEntry(db, readings, colours(), building_ ? 1 : db.currentBatch);
+  if (building_ && ControlCount() >= 3 && BlankCount() >= 3) building_ = false;
 }
 
 void QualityChecks::showMedians() {

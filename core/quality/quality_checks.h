@@ -52,6 +52,7 @@ class QualityChecks final : public QualityCheck, public QualityDatabases {
 
   void resetCounts() override;
   void load(const std::string& ctlPath, const std::string& blkPath) override;
+  void setBuilding(bool building) override { building_ = building; }
 
   Verdict CheckControl(std::span<const float> readings, int sampleNumber,
                        const std::string& comment, UnattendedAlerts* unattended = nullptr);
@@ -89,6 +90,7 @@ class QualityChecks final : public QualityCheck, public QualityDatabases {
   int scanOnlyControls_ = 0;
   int scanOnlyBlanks_ = 0;
   int notRecorded_ = 0;
+  bool building_ = false;
   bool mediansKnown_ = false;
   QcCheckState check_;
 };

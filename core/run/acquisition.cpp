@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/instruments/gap_marker.h"
 #include "core/run/wavelength_band.h"
 #include "core/text/number_format.h"
 
@@ -10,8 +11,6 @@ namespace zorvel {
 
 namespace {
 
-// A scan marks a point it could not measure with this value; it is no point at all.
-constexpr double kNoPoint = -9999.0;
 // The scan's stream has ended once the line has been quiet this long.
 constexpr double kScanQuietS = 0.5;
 // Scan positions are sums of the interval; this much below the upper limit still counts as
@@ -146,10 +145,10 @@ bool Acquisition::AcquireScan() {
     const TerminatedText token = link_.ReadNumberToken();
     failure_ = token.failure;
     if (failure_ != LinkFailure::None) return false;
-    const double number = token.text.empty() ? kNoPoint : fluor::FieldValue(token.text);
-    const double value = number / 1000.0;
-    // Stray characters and empty points are passed over, but not without end.
-    if (number == kNoPoint || value == kNoPoint) {
+    const bool empty = token.text.empty();
+    const double value = empty ? 0.0 : fluor::FieldValue(token.text) / 1000.0;
+    // Stray characters and gap markers are passed over, but not without end.
+    if (empty || IsGapMarker(value)) {
       if (++strays < FluorimeterLink::kLongestReply) continue;
       strays = 0;
       if (link_.RetryAfterRepeats("sent " + std::to_string(FluorimeterLink::kLongestReply) +

@@ -114,10 +114,12 @@ void RunEngine::ResetSamp_Click() {
   }
   // The box offers the number the next reading would get anyway, so that OK on it changes
   // nothing: offering the current number would file the next reading under it a second time.
+  const std::string next = number(numbering_.next(SampleType::Sample));
   const std::string answer =
       op_.inputBox("Current sample number is " + number(numbering_.current()) +
-                       ".  Please enter new sample number.",
-                   "Sample Number Reset", number(numbering_.next(SampleType::Sample)));
+                       ".  Please enter new sample number.  The number offered, " + next +
+                       ", is the one the next sample would take.",
+                   "Sample Number Reset", next);
   if (answer.empty()) return;
   const auto value = text::parseNumber(answer);
   if (!value) return;

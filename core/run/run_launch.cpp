@@ -97,6 +97,7 @@ RunLaunch LaunchNewDataSet(LaunchServices s, int firstSampleNumber) {
         "Database Build?", BoxIcon::Question, BoxButtons::YesNo);
     setup.BuildingDatabases = answer == answer::kYes;
   }
+  s.databases.setBuilding(setup.BuildingDatabases);
   if (setup.PuresPending) {
     launch.autosamplerPures = method.DeliveryMethod == 2;
     setup.PureStartPending = launch.autosamplerPures;
@@ -143,6 +144,7 @@ RunLaunch LaunchAppend(LaunchServices s, bool newDataSet, int firstSampleNumber,
     launch.setup.FirstSampleNumber = onDisk.number + 1;
   }
   launch.setup.BuildingDatabases = false;
+  s.databases.setBuilding(false);
   // The set's records decide again where the run goes on: they may have grown since the question.
   if (resume && !newDataSet) resume = FindTrayResume(s.state.Method, s.state.DataSet);
   if (resume && !newDataSet) carryOn(*resume, s.state.Method, launch.setup);

@@ -36,7 +36,9 @@ struct RunFlags {
 struct AppState {
   std::string StartDirectory;   // always ends in "/"
   std::string PreferencesPath;  // StartDirectory + "ZORVEL.PRF"
-  std::string LogPath;          // StartDirectory + "ZORVEL.LOG"
+  // The preferences file was refused at start-up: the setup window treats it as missing.
+  bool PreferencesRefused = false;
+  std::string LogPath;  // StartDirectory + "ZORVEL.LOG"
   std::string BaseDirectoryPath;
   std::string DataDirectory;
   std::string MethodsDirectory;

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "core/state/colour_declaration.h"
 
@@ -55,6 +56,15 @@ struct AutosamplerSettings {
   friend bool operator==(const AutosamplerSettings&, const AutosamplerSettings&) = default;
 };
 
+// A whole number of the method file that does not fit its 16-bit field: the field holds -1
+// and the whole-method check names the key and the text as the file had them.
+struct UnfitNumber {
+  std::string key;
+  std::string text;
+
+  friend bool operator==(const UnfitNumber&, const UnfitNumber&) = default;
+};
+
 // The current method: every setting of an analysis, named by the method file's keys.
 struct MethodSettings {
   bool Fixed = false;
@@ -79,6 +89,8 @@ struct MethodSettings {
   std::array<ColourDeclaration, kMaxColours + 1> FixedPairs{};
   SynchScanSettings SynchScan;
   AutosamplerSettings Autosampler;
+  // What the last reading of a method file could not hold; never written to a file.
+  std::vector<UnfitNumber> UnfitNumbers;
 
   friend bool operator==(const MethodSettings&, const MethodSettings&) = default;
 };

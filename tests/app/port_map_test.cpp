@@ -2,6 +2,8 @@
 
 #include "core/app/simulated_marking.h"
 
+#include <filesystem>
+
 #include <gtest/gtest.h>
 
 #include "support/bytes.h"
@@ -71,6 +73,42 @@ TEST(SimulatedMarking, NamesTheInstrumentsInUseThatAreSimulated) {
   EXPECT_EQ(MarkedTitle("ZORVEL", SimulatedMarking(map, prefs)), "ZORVEL - SIMULATED fluorimeter");
   EXPECT_EQ(SimulatedPortsLogText(map), "Simulated ports: COM1, COM4");
   EXPECT_EQ(SimulatedPortsLogText(BuildPortMap({}, "")), "");
+}
+
+}  // namespace
+}  // namespace zorvel
+
+namespace zorvel {
+namespace {
+
+// A ports file that is garbage, binary or empty is refused with its line; nothing of it is used.
+TEST(PortMapBuild, AnUnusablePortsFileIsRefusedNamingItsLine) {
+  const std::string dir = testing::makeTempDir("portmap-bad");
+  const std::string path = dir + "ZORVEL.PORTS";
+  const std::pair<std::string, std::string> cases[] = {
+      {"COM1?=sim\r\n\r\nhello world\r\n",
+       "line 3: \"hello world\" is not of the form COMn?=DEVICE (n from 1 to 4)."},
+      {std::string("COM1?=sim\n\x01\xfe\x00zz", 15),
+       "line 2: bytes that are not text is not of the form COMn?=DEVICE (n from 1 to 4)."},
+      {"COM7?=/dev/ttyUSB0\n",
+       "line 1: \"COM7?=/dev/ttyUSB0\" is not of the form COMn?=DEVICE (n "
+       "from 1 to 4)."},
+      {"",
+       "line 1: the file holds no COMn?=DEVICE line; delete it to use the machine's own "
+       "ports."},
+  };
+  for (const auto& [text, why] : cases) {
+    testing::writeFile(path, text);
+    std::string refusal;
+    const PortMap map = LoadPortMap({}, dir + "ZORVEL.PRF", nullptr, &refusal);
+    EXPECT_EQ(refusal, "The ports file " + path + ", " + why);
+    EXPECT_FALSE(map.isSimulated(1));
+  }
+  std::filesystem::remove(path);
+  std::filesystem::create_directory(path);
+  std::string refusal;
+  LoadPortMap({}, dir + "ZORVEL.PRF", nullptr, &refusal);
+  EXPECT_EQ(refusal, "The ports file " + path + " is a folder.");
 }
 
 }  // namespace

@@ -86,3 +86,48 @@ TEST(PreferencesFile, WriteReplacesTheWholeFile) {
 
 }  // namespace
 }  // namespace zorvel
+
+namespace zorvel {
+namespace {
+
+// A file this program did not write is refused with the line and what it expected, not read
+// with silent defaults; an unknown model selects the LS-50B, and says so.
+TEST(PreferencesFile, LinesThatCannotBeUsedRefuseTheFile) {
+  const std::string dir = testing::makeTempDir("prefs-bad");
+  const std::string path = dir + "ZORVEL.PRF";
+  const std::string ports = "FlComPort?=1\r\nDilComPort?=2\r\nAutoSampComPort?=3\r\n";
+  const std::string flags = "Printer?=0\r\nAutoSampler?=0\r\nBaseDirectoryPath?=/lab\r\n";
+  const std::pair<std::string, std::string> cases[] = {
+      {"Fluorimeter?=LS-50B\r\nFlComPort?=abc\r\nDilComPort?=2\r\nAutoSampComPort?=3\r\n" + flags,
+       "line 2: FlComPort?=abc cannot be used; a COM port number from 1 to 4 is expected."},
+      {"Fluorimeter?=LS-50B\r\n" + ports + "Printer?=0\r\nAutoSampler?=yes\r\nBase?=/\r\n",
+       "line 6: AutoSampler?=yes cannot be used; a whole number, 0 for no autosampler is "
+       "expected."},
+      {"Fluorimeter?=LS-50B\r\nFlComPort?=1\r\nDilComPort?=9\r\nAutoSampComPort?=3\r\n" + flags,
+       "line 3: DilComPort?=9 cannot be used; a COM port number from 1 to 4 is expected."},
+      {std::string("\x7f\x45LF\x02\x01\x01\r\n") + ports + flags,
+       "line 1: Fluorimeter?=bytes that are not text cannot be used; the model, LS-50 or LS-50B "
+       "is expected."},
+      {"garbage\r\nmore garbage\r\nand more\r\nstill more\r\n1\r\n2\r\n3\r\n",
+       "line 2: FlComPort?=more garbage cannot be used; a COM port number from 1 to 4 is "
+       "expected."},
+  };
+  for (const auto& [text, why] : cases) {
+    testing::writeFile(path, text);
+    Preferences prefs;
+    PreferencesReport report;
+    EXPECT_EQ(ReadPreferencesFile(path, prefs, &report), PreferencesReadResult::Refused) << text;
+    EXPECT_EQ(report.refusal, "The preferences file " + path + ", " + why);
+  }
+  testing::writeFile(path, "Fluorimeter?=XYZ-9000\r\n" + ports + flags);
+  Preferences prefs;
+  PreferencesReport report;
+  EXPECT_EQ(ReadPreferencesFile(path, prefs, &report), PreferencesReadResult::Ok);
+  EXPECT_EQ(prefs.Fluorimeter, 2);
+  EXPECT_EQ(report.note, "The preferences file " + path +
+                             ", line 1: Fluorimeter?=XYZ-9000 names no model this program "
+                             "knows; the LS-50B is used.");
+}
+
+}  // namespace
+}  // namespace zorvel

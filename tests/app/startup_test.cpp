@@ -115,6 +115,34 @@ TEST_F(StartUpTest, TruncatedOrGarbledPreferencesEndInTheMessage) {
   }
 }
 
+// A refused preferences file is said with its line; the setup window is offered as on a first
+// run, and without it (zorvel-run) the program ends with status 2.
+TEST_F(StartUpTest, RefusedPreferencesOfferTheSetupWindowOrEndTheProgram) {
+  fs::create_directory(dir + "DATA");
+  fs::create_directory(dir + "METHODS");
+  writePreferences(
+      "Fluorimeter?=LS-50B\r\nFlComPort?=abc\r\nDilComPort?=2\r\nAutoSampComPort?=3\r\n"
+      "Printer?=0\r\nAutoSampler?=0\r\nBaseDirectoryPath?=/lab\r\n");
+  view.onSetup = [] { return false; };
+  EXPECT_FALSE(StartUp(state, dir, op, clock, view));
+  ASSERT_EQ(op.messages().size(), 1u);
+  EXPECT_EQ(op.messages()[0].text,
+            "The preferences file " + dir +
+                "ZORVEL.PRF, line 2: FlComPort?=abc cannot be used; a COM port number from 1 to "
+                "4 is expected.");
+  EXPECT_EQ(view.setupRuns, 1);
+  EXPECT_TRUE(state.PreferencesRefused);
+  EXPECT_EQ(state.Prefs, Preferences{});
+  EXPECT_TRUE(op.ended);
+  EXPECT_EQ(op.exitCode, 2);
+
+  AppState fixed;
+  ScriptedOperator ops;
+  view.onSetup = [] { return true; };
+  EXPECT_TRUE(StartUp(fixed, dir, ops, clock, view));
+  EXPECT_EQ(view.setupRuns, 2);
+}
+
 TEST_F(StartUpTest, PresenterStopsWithLogEntryAndCloseBoxWithout) {
   fs::create_directory(dir + "DATA");
   fs::create_directory(dir + "METHODS");

@@ -146,3 +146,41 @@ TEST_F(WholeCheck, AFailedCheckOpensTheWindowOnlyWhenItWasNeverOpen) {
 
 }  // namespace
 }  // namespace zorvel
+
+namespace zorvel {
+namespace {
+
+// What a tray run needs beyond the whole check: every fault named, in order, and nothing
+// changed, so a passing set of settings is run exactly as it stands.
+TEST_F(WholeCheck, RunFaultsNameEveryFaultWithoutChangingTheSettings) {
+  EXPECT_TRUE(AutosamplerRunFaults(s, 96).empty());
+  EXPECT_EQ(AutosamplerRunFaults(s, 0),
+            std::vector<std::string>{
+                "No tray geometry is loaded: the preferences name no tray geometry file, or it "
+                "was refused.  A run by autosampler needs one."});
+  s.SyringeVolume = 0;
+  s.StartingTube = -5;
+  s.BlankFreq = -2;
+  const AutosamplerSettings before = s;
+  EXPECT_EQ(AutosamplerRunFaults(s, 96),
+            (std::vector<std::string>{
+                "Syringe Volume 0 must be 5 or 10 (ml); every volume is checked against it.",
+                "You have the Standard located in the Sample section.",
+                "Starting Tube -5 must be between 1 and 96 (the tubes of the tray).",
+                "You have the Blank located in the Sample section.",
+                "Blank frequency -2 must be 0 or more."}));
+  EXPECT_EQ(s, before);
+  s = AutosamplerSettings{};
+  SetAutosamplerDefaults(s, 96);
+  s.EndingTube = 97;
+  s.HasStandard = false;
+  s.BlankTube = 3;
+  s.StartingTube = 4;
+  EXPECT_EQ(AutosamplerRunFaults(s, 96),
+            std::vector<std::string>{
+                "Ending Tube 97 must be between 4 (the Starting Tube) and 96 (the tubes of the "
+                "tray)."});
+}
+
+}  // namespace
+}  // namespace zorvel

@@ -77,6 +77,11 @@ TEST(FieldRulesTest, RulesResetTheValueAndSayWhy) {
   EXPECT_EQ(freq.message, "Answer must be between 0 and 23. Please try again.");
   EXPECT_FALSE(freq.showValue);
   EXPECT_EQ(s.StandardFreq, 30);
+  // No frequency fits a blank past the ending tube: the message names the tube, no range.
+  s.EndingTube = -2;
+  EXPECT_EQ(edit(AutosamplerField::BlankFreq, "0").message,
+            "No frequency fits: the Ending Tube (-2) lies before the Blank tube (2).");
+  s.EndingTube = 24;
   EXPECT_EQ(edit(AutosamplerField::BlankFreq, "x").message,
             "Answer must be numeric.  Please try again.");
   EXPECT_EQ(edit(AutosamplerField::AirVolume, "x").message,
@@ -139,9 +144,9 @@ TEST_F(Window, DoneCorrectsTheBoxesOfEveryFault) {
 TEST_F(Window, ATrayFileIsShownLowerCasedAndABadOneKeepsTheTray) {
   const std::string dir = testing::makeTempDir("astray");
   testing::writeFile(dir + "Rack.TGF", "245,20,0\n20,20,1\n");
-  testing::writeFile(dir + "Far.TGF", "245,20,0\n320,20,1\n");
+  testing::writeFile(dir + "Bad.TGF", "245,20,0\n320,x,1\n");
   person.chooseNext(dir + "Missing.TGF");
-  person.chooseNext(dir + "Far.TGF");
+  person.chooseNext(dir + "Bad.TGF");
   person.chooseNext(dir + "Rack.TGF");
   presenter.openTrayGeometryFile();
   presenter.openTrayGeometryFile();
@@ -150,9 +155,8 @@ TEST_F(Window, ATrayFileIsShownLowerCasedAndABadOneKeepsTheTray) {
   const auto boxes = person.messages();
   ASSERT_EQ(boxes.size(), 2u);
   EXPECT_EQ(boxes[0].text, "File does not exist");
-  EXPECT_EQ(boxes[1].text, "The tray geometry file " + dir +
-                               "Far.TGF, line 2: X 320, Y 20 lies outside the arm's reach (X 0 "
-                               "to 302, Y 0 to 181 mm).");
+  EXPECT_EQ(boxes[1].text,
+            "The tray geometry file " + dir + "Bad.TGF, line 2: \"x\" is not a number.");
   EXPECT_EQ(person.shown[0].dialog.defaultExtension, "TGF");
   EXPECT_EQ(tray.TubeCount, 1);
   std::string shown = dir + "rack.tgf";

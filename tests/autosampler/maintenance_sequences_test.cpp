@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "autosampler/bench_rig.h"
 
 namespace zorvel {
@@ -43,6 +45,19 @@ TEST_F(Maintenance, PrimingWithTheDilutorAlreadyOpenLeavesItOpen) {
   EXPECT_EQ(sequences.PrimePump(), SequenceEnd::Done);
   EXPECT_EQ(sent().front(), "arm SETM ABSPOS=245,20<CR>");
   EXPECT_TRUE(pump.isOpen());
+}
+
+// At program start the arm counts as standing at tube 0, the rinse station: priming and the
+// rinse check lower the probe there without a move first.
+TEST_F(Maintenance, AFreshProgramPrimesAndRinsesWithoutAMoveToTheRinseStation) {
+  for (auto sequence : {&MaintenanceSequences::PrimePump, &MaintenanceSequences::CheckRinse}) {
+    links.CurrentArmTube = 0;
+    links.CurrentArmHeight = 0;
+    sent().clear();
+    EXPECT_EQ((sequences.*sequence)(), SequenceEnd::Done);
+    EXPECT_EQ(sent().at(2), "arm SET DOWN=70<CR>");
+    EXPECT_EQ(std::count(sent().begin(), sent().end(), "arm SETM ABSPOS=245,20<CR>"), 0);
+  }
 }
 
 TEST_F(Maintenance, RinseCheckAndTestingFlushTheFlushVolume) {

@@ -58,13 +58,38 @@ TEST(TrayGeometryTest, BadRecordsAreRefusedNamingTheirLine) {
   EXPECT_EQ(read("245,20,0\n20,20\n", tray).message,
             "The tray geometry file rack.tgf, line 2: a position needs three numbers (X, Y and "
             "its number).");
-  EXPECT_EQ(read("245,20,0\n20,20,1\n303,20,2\n", tray).message,
-            "The tray geometry file rack.tgf, line 3: X 303, Y 20 lies outside the arm's reach "
-            "(X 0 to 302, Y 0 to 181 mm).");
-  EXPECT_EQ(read("245,-1,0\n", tray).message,
-            "The tray geometry file rack.tgf, line 1: X 245, Y -1 lies outside the arm's reach "
-            "(X 0 to 302, Y 0 to 181 mm).");
+  EXPECT_EQ(read("245,20,0\n20,20,1\n20,20,99999\n", tray).message,
+            "The tray geometry file rack.tgf, line 3: the position number 99999 is not a tube "
+            "number.");
+  EXPECT_EQ(read("", tray).message,
+            "The tray geometry file rack.tgf, line 1: the file holds no positions.");
+  EXPECT_EQ(read("\r\n \r\n", tray).message,
+            "The tray geometry file rack.tgf, line 2: the file holds no positions.");
   EXPECT_EQ(tray.positionCount, 0);
+  EXPECT_EQ(tray.TubeCount, 0);
+}
+
+// A rinse station left of the arm's home and a column of tubes past its right-hand travel are
+// common in real trays: they are read, and the log says once how the arm will be sent there.
+TEST(TrayGeometryTest, PositionsBeyondTheArmsTravelAreReadAndNamedInOneNote) {
+  TrayGeometry tray;
+  ASSERT_TRUE(read("-4.25, 9.5, 0\n20,20,1\n308.4,20,2\n150,190,3\n", tray));
+  EXPECT_EQ(tray.TubeCount, 3);
+  EXPECT_EQ(tray.positions[0].X, -4.25f);
+  EXPECT_EQ(tray.positions[2].X, 308.4f);
+  EXPECT_EQ(TrayReachNote(tray, "rack.tgf"),
+            "Tray geometry file rack.tgf: 3 position(s) outside the arm's reach (X 0 to 302, Y 0 "
+            "to 181 mm): position 0 X -4.25, Y 9.5; position 2 X 308.4, Y 20; position 3 X 150, "
+            "Y 190. X beyond 302 is sent as 302; every other value is sent as it stands.");
+  ASSERT_TRUE(read(records(20), tray));
+  EXPECT_EQ(TrayReachNote(tray, "rack.tgf"), "");
+}
+
+TEST(TrayGeometryTest, AFolderNamedAsTheFileIsRefused) {
+  TrayGeometry tray;
+  const std::string folder = ::testing::TempDir();
+  EXPECT_EQ(LoadTrayGeometry(folder, tray).message,
+            "The tray geometry file " + folder + " is a folder; a tray geometry file is expected.");
 }
 
 TEST(TrayGeometryTest, AMissingFileIsRefusedByName) {

@@ -70,6 +70,11 @@ TEST(WaterCellRecord, FivePercentBandAroundTheHistory) {
 TEST(WaterCellRecord, SumsSkipTheGapMarkerAndDivideByThePointCount) {
   TimeDriveSums sums;
   EXPECT_FALSE(sums.add("-9999000"));
+  // A raw -9999 is a reading of -9.999, not the marker: it counts (and is taken out again by
+  // a fresh sum below).
+  TimeDriveSums low;
+  EXPECT_TRUE(low.add("-9999"));
+  EXPECT_EQ(1, low.count());
   for (int k = 0; k < 120; ++k) {
     EXPECT_TRUE(sums.add("99000"));
     EXPECT_TRUE(sums.add("101000"));

@@ -239,6 +239,39 @@ TEST(ReopenDataFileSet, GarbledLinesAreNoRecordsAndNumbersPast16BitsAreKept) {
   EXPECT_EQ(LastSampleInScanText("Initial\rS9  1 \rS1x 2 \r").number, 9);
 }
 
+// A record whose number cannot be read is not numbered past in silence: the operator is told
+// which record of which file, and the set keeps it.
+TEST(ReopenDataFileSet, ARecordNumberThatCannotBeReadIsNamed) {
+  for (const std::string label : {"S99999999999999999", "S-7"}) {
+    const SavedSet set =
+        makeSet(testing::FixedCuvetteMethod(), "liver.fix",
+                "S16\t1.000\t2.000\t3.000\r\n" + label + "\t1.000\t2.000\t3.000\r\n");
+    AppState state;
+    ScriptedOperator op;
+    RecordingDatabases databases;
+    const ReopenResult r = ReopenDataFileSet(state, op, set.dataPath, databases);
+    ASSERT_TRUE(r.ok);
+    EXPECT_EQ(r.nextSampleNumber, 17);
+    const std::string said = "The data file liver.FIX holds the record \"" + label +
+                             "\" after its last readable record number (16); its number cannot "
+                             "be read.  Numbering continues after 16.";
+    ASSERT_EQ(op.messages().size(), 1u);
+    EXPECT_EQ(op.messages()[0].text, said);
+    EXPECT_EQ(r.logEntries, std::vector<std::string>{said});
+    EXPECT_NE(testing::readFile(set.dataPath).find(label + "\t"), std::string::npos);
+  }
+  // A folder chosen as the set is named as such.
+  AppState state;
+  ScriptedOperator op;
+  RecordingDatabases databases;
+  const std::string folder = testing::makeTempDir("reopen-folder") + "SET.FIX";
+  std::filesystem::create_directory(folder);
+  EXPECT_FALSE(ReopenDataFileSet(state, op, folder, databases).ok);
+  EXPECT_EQ(
+      op.messages().at(0).text,
+      "The data file " + folder + " is a folder; a data set's .FIX or .SYN file is expected.");
+}
+
 TEST(ReopenDataFileSet, BadHeadersAndMissingMethodsLeaveTheSetClosed) {
   const std::string directory = testing::makeTempDir("bad");
   const std::string methodPath = directory + "m.mth";

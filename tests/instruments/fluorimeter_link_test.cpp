@@ -96,8 +96,10 @@ TEST_F(FluorimeterLinkTest, SecondTimeOutHaltsAndEverythingAfterFails) {
   EXPECT_EQ(LinkFailure::Halted, link.IssueCommand("$FW 2", StatusReader::Command));
   EXPECT_SAME_BYTES("$FW 2\r", peer.sent);
   ASSERT_EQ(1u, person.messages().size());
-  EXPECT_EQ("Communication with the fluorimeter has failed.  Program halted.",
-            person.messages()[0].text);
+  EXPECT_EQ(
+      "Communication with the fluorimeter has failed.  Program halted.\rPort: COM1 "
+      "(/dev/ttyUSB0)",
+      person.messages()[0].text);
   EXPECT_EQ("ZORVEL COMMUNICATION ERROR", person.messages()[0].title);
   EXPECT_EQ(BoxIcon::Exclamation, person.messages()[0].icon);
   EXPECT_TRUE(person.ended);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "core/autosampler/tray_geometry_file.h"
 #include "core/method/demo_methods.h"
 #include "core/method/method_checks.h"
@@ -59,6 +61,13 @@ TEST(NewMethodFile, TemplateInTheMethodsDirectoryIsReadWhenPresent) {
   EXPECT_EQ(state.Method.NoColors, 2);
   EXPECT_EQ(state.LineEnding, "\r");  // the template's Macintosh file type
   EXPECT_EQ(r.window.newDataSet, true);
+
+  // The save dialog writes a method named "default" as default.MTH: it is the template too.
+  std::filesystem::remove(state.MethodsDirectory + "default.mth");
+  writeFile(state.MethodsDirectory + "default.MTH", readGolden("method/fixed_cuvette.mth"));
+  ScriptedOperator upper;
+  EXPECT_EQ(NewMethodFile(state, upper).methodPath, state.MethodsDirectory + "default.MTH");
+  EXPECT_EQ(state.Method.NoColors, 3);
 
   writeFile(state.MethodsDirectory + "default.mth", "Version?=9\r\n");
   ScriptedOperator bad;

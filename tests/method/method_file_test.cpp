@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "core/method/instrument_ranges.h"
+#include "core/method/method_checks.h"
 #include "core/platform/scripted_operator.h"
 #include "method/method_examples.h"
 #include "support/bytes.h"
@@ -189,24 +190,61 @@ TEST(MethodFile, OffendingStringIsTheLastTextValueRead) {
   expectInvalidBox(rows, "&^EOF^&");
 }
 
-TEST(MethodFile, MoreColoursThanTheTableHoldsIsAnError) {
+// The reader reads what the file declares; the whole-method check says what is wrong with it.
+TEST(MethodFile, MoreColoursThanTheTableHoldsAreReadAndLeftToTheCheck) {
   std::string text =
       replaced(readGolden("method/fixed_cuvette.mth"), "No.Colors?=3", "No.Colors?=31");
-  for (int i = 0; i < 28; ++i) text += " 1 2 3 4 5\r\n";
+  text = replaced(text, "No.Pures?=3", "No.Pures?=31");
+  for (int i = 0; i < 28; ++i) text += " 450 520 5 5 1\r\n";
   AppState state;
   ScriptedOperator op;
-  EXPECT_FALSE(readText(state, op, text));
-  EXPECT_EQ(op.messages().size(), 1u);
+  EXPECT_TRUE(readText(state, op, text));
+  EXPECT_TRUE(op.messages().empty());
+  EXPECT_EQ(state.Method.NoColors, 31);
+  EXPECT_EQ(state.Method.FixedPairs[30].ExWl, 450.0f);
+  EXPECT_EQ(CheckMethodForRun(state.Method, 1), "Number of colors must be between 1 and 30.");
 }
 
-TEST(MethodFile, GarbledLinesThatShiftASectionOrHoldControlCharactersAreRefused) {
+// Whole numbers that leave 16 bits are named with their key and text, not read as 0 or as the
+// value before; No.Pures must follow No.Colors.
+TEST(MethodFile, NumbersThatDoNotFitAndStrayPuresAreNamedByTheCheck) {
+  const std::string fixed = readGolden("method/fixed_cuvette.mth");
+  AppState state;
+  ScriptedOperator op;
+  ASSERT_TRUE(readText(state, op, replaced(fixed, "No.Pures?=3", "No.Pures?=40000")));
+  EXPECT_EQ(state.Method.NoPures, -1);
+  EXPECT_EQ(CheckMethodForRun(state.Method, 1),
+            "No.Pures 40000 does not fit: the method file must give a whole number from -32768 "
+            "to 32767.");
+  state.Method.NoPures = 3;  // typed in the editor since: the file's text no longer counts
+  EXPECT_EQ(CheckMethodForRun(state.Method, 1), std::nullopt);
+  ASSERT_TRUE(readText(state, op, replaced(fixed, "No.Pures?=3", "No.Pures?=7")));
+  EXPECT_TRUE(state.Method.UnfitNumbers.empty());
+  EXPECT_EQ(CheckMethodForRun(state.Method, 1),
+            "No.Pures 7 must equal No.Colors (3): one pure sample is read for each colour.");
+}
+
+// A line where a section marker belongs that opens no section stays pending and is never read
+// as a section; what the file declared before it is read.
+TEST(MethodFile, ALineThatOpensNoSectionEndsTheReadWithoutFault) {
   const std::string golden = readGolden("method/fixed_synch_cuvette.mth");
   const std::string fixed = readGolden("method/fixed_cuvette.mth");
+  AppState state;
+  ScriptedOperator op;
+  ASSERT_TRUE(readText(state, op, fixed + "JUNK LINE\r\n"));
+  EXPECT_EQ(state.Method, testing::FixedCuvetteMethod());
+  // A marker glued to the value before it leaves the scan section unread.
+  AppState glued;
+  ASSERT_TRUE(
+      readText(glued, op, replaced(golden, "\r\nSYNCH SCAN SECTION", "SYNCH SCAN SECTION")));
+  EXPECT_EQ(glued.Method.SynchScan, SynchScanSettings{});
+  EXPECT_EQ(glued.Method.FixedPairs, testing::FixedSynchCuvetteMethod().FixedPairs);
+  EXPECT_TRUE(op.messages().empty());
+}
+
+TEST(MethodFile, ControlCharactersInAValueAreRefused) {
+  const std::string fixed = readGolden("method/fixed_cuvette.mth");
   const std::string cases[] = {
-      // A marker glued to the value before it: the headings line comes where a marker belongs.
-      replaced(golden, "\r\nFIXED SCAN SECTION", "FIXED SCAN SECTION"),
-      // The same in the middle: the scan's first value comes where its marker belongs.
-      replaced(golden, "\r\nSYNCH SCAN SECTION", "SYNCH SCAN SECTION"),
       replaced(fixed, "Operator?=JS", std::string("Operator?=J\0S", 13)),
       replaced(fixed, "Operator?=JS", "Operator?=J\x01S"),
   };

@@ -135,6 +135,26 @@ TEST(QualityChecks, BlanksAreFlaggedButNeverAlertAndFirstEntriesAreNotChecked) {
   }());
 }
 
+// While the databases are being built the current batch is 1, whatever batches the set's
+// files already hold; once both hold three entries, entries take the set's next batch again.
+TEST(QualityChecks, EntriesAddedWhileBuildingAreBatchOne) {
+  Checks c;
+  const std::string header = "H1\r\nH2\r\nH3\r\n";
+  testing::writeFile(c.state.DataSet.CtlPath, header +
+                                                  "C1\t 1 \t 10 \t03-07-2000\t10:00:00\r\n"
+                                                  "C2\t 3 \t 30 \t03-09-2000\t10:01:00\r\n");
+  testing::writeFile(c.state.DataSet.BlkPath, header);
+  c.checks.load(c.state.DataSet.CtlPath, c.state.DataSet.BlkPath);
+  ASSERT_EQ(3, c.checks.controls().currentBatch);
+  c.checks.setBuilding(true);
+  c.control(2, 20);
+  EXPECT_EQ(1, c.checks.controls().batch[3]);
+  for (int k = 0; k < 3; ++k) c.blank(0.5f, 0.1f);
+  EXPECT_EQ(1, c.checks.blanks().batch[3]);
+  c.control(2, 20);  // both databases hold three: the build is over
+  EXPECT_EQ(3, c.checks.controls().batch[4]);
+}
+
 TEST(QualityChecks, ReopenedSetLoadsBothDatabasesAndShowsMediansFromThree) {
   Checks c;
   const std::string header = "H1\r\nH2\r\nH3\r\n";

@@ -50,7 +50,8 @@ void CannedFluorimeter::handle(const std::string& command, double atS, sim::Line
     for (double x = lowerNm_; x <= upperNm_ + 1e-9; x += scanIntervalNm) {
       ++k;
       if (k == noPointBefore) answer += "-9999000,";
-      answer += text::fixed((10.0 * cuvette + k) * 1000.0, 0) + ",";
+      answer += k == lowPointAt ? std::string("-9999,")
+                                : text::fixed((10.0 * cuvette + k) * 1000.0, 0) + ",";
     }
   }
   reply.transmit(answer, atS);

@@ -22,6 +22,8 @@ class CannedFluorimeter final : public sim::LinePeer {
   }
   // The scan's point with this 1-based index is sent as -9999 ahead of its real value.
   int noPointBefore = 0;
+  // The point whose raw value is -9999: a reading of -9.999, not the gap marker.
+  int lowPointAt = 0;
   double scanIntervalNm = 0.5;
 
   int cuvette = 0;

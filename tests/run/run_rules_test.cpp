@@ -71,8 +71,10 @@ TEST(CuvetteRun, ResetNumberAppliesToTheNextReading) {
   RunFixture run(ThreeColourMethod(true, false));
   run.op.typeNext("100");
   run.controller->ResetSamp_Click();
-  EXPECT_EQ("Current sample number is 0.  Please enter new sample number.",
-            run.op.shown.back().box.text);
+  EXPECT_EQ(
+      "Current sample number is 0.  Please enter new sample number.  The number offered, 1, is "
+      "the one the next sample would take.",
+      run.op.shown.back().box.text);
   EXPECT_EQ("Sample Number Reset", run.op.shown.back().box.title);
   run.controller->press(RunButton::InitRead);
   // No reset while the instrument is being set up or a reading is under way.
@@ -83,8 +85,10 @@ TEST(CuvetteRun, ResetNumberAppliesToTheNextReading) {
   // OK on the number the box offers keeps the numbering: the next reading is 101, not 100
   // again.
   run.controller->ResetSamp_Click();
-  EXPECT_EQ("Current sample number is 100.  Please enter new sample number.",
-            run.op.shown.back().box.text);
+  EXPECT_EQ(
+      "Current sample number is 100.  Please enter new sample number.  The number offered, 101, "
+      "is the one the next sample would take.",
+      run.op.shown.back().box.text);
   run.controller->press(RunButton::InitRead);
   EXPECT_EQ("101", run.view.rowLabels[3]);
   run.controller->act(RunAction::Accept);

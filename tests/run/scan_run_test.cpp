@@ -18,6 +18,16 @@ void decide(RunFixture& run, int index) {
   run.controller->act(decisions[index - 1]);
 }
 
+// Only -9999 after the division by 1000 is the gap marker; a raw -9999 is a point of -9.999.
+TEST(CuvetteRun, AScanPointOfMinusNinePointNineNineNineIsKept) {
+  RunFixture run(ThreeColourMethod(false, true), WithPures());
+  run.instrument.lowPointAt = 3;
+  run.controller->press(RunButton::InitRead);
+  ASSERT_EQ(5u, run.view.plotted.size());
+  EXPECT_FLOAT_EQ(-9.999f, static_cast<float>(run.view.plotted[2].value));
+  EXPECT_EQ(401.0, run.view.plotted[2].x);
+}
+
 TEST(CuvetteRun, SynchronousScansOnlyFileSamplesPuresControlsAndBlanks) {
   RunFixture run(ThreeColourMethod(false, true), WithPures());
   EXPECT_EQ("LIVER.SYN", run.view.caption);
