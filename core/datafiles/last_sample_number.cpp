@@ -37,7 +37,10 @@ bool isPureOrBlank(char c) {
 // more digits than a record holds): its label as found, or empty for any other line.
 std::string unreadableLabel(std::string_view line) {
   RecordLabel label;
-  if (line.empty() || kRecordLetters.find(line.front()) == std::string_view::npos ||
+  // A heading such as "Color" starts with a record letter too; a record's number follows its
+  // letter at once.
+  if (line.size() < 2 || kRecordLetters.find(line.front()) == std::string_view::npos ||
+      std::string_view("0123456789-+").find(line[1]) == std::string_view::npos ||
       ParseRecordLabel(line, label))
     return {};
   const std::size_t end = std::min(line.find_first_of("\t "), std::size_t{24});

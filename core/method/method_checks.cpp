@@ -129,7 +129,8 @@ const std::int16_t* IntegerField(const MethodSettings& m, std::string_view key) 
 }
 
 std::optional<std::string> PuresProblem(const MethodSettings& m) {
-  if (m.NoPures == m.NoColors) return std::nullopt;
+  // Pures are read only with a spillover matrix (a scan always makes one).
+  if (!(m.Spillover || m.Synch) || m.NoPures == m.NoColors) return std::nullopt;
   return "No.Pures " + whole(m.NoPures) + " must equal No.Colors (" + whole(m.NoColors) +
          "): one pure sample is read for each colour.";
 }

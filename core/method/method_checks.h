@@ -58,7 +58,8 @@ const std::int16_t* IntegerField(const MethodSettings& method, std::string_view 
 // A whole number of the method file that did not fit its field, named with its key and text,
 // while the field still holds the -1 the reader left there.
 std::optional<std::string> UnfitNumberProblem(const MethodSettings& method);
-// The pures read are one per colour: No.Pures must equal No.Colors.
+// The pures read are one per colour: when the method reads pures, No.Pures must equal
+// No.Colors.
 std::optional<std::string> PuresProblem(const MethodSettings& method);
 
 // The same over a method as read from its file, after its unfit numbers: the colours count as

@@ -80,7 +80,7 @@ std::vector<Case> Cases() {
         {"10 \r\n", "10 \r\n" + rows}}},
       {"a stray line after the sections", [](M) {}, {}, "JUNK LINE\r\n"},
       {"No.Pures beyond 16 bits", [](M) {}, {{"No.Pures?=3", "No.Pures?=40000"}}},
-      {"seven pures for three colours", [](M m) { m.NoPures = 7; }},
+      {"seven pures for three colours", [](M m) { m.Spillover = true, m.NoPures = 7; }},
       {"PMT beyond any voltage", [](M) {}, {{"PMTVoltage?=820", "PMTVoltage?=99999999999999"}}},
       {"PMT 900", [](M m) { m.PMTVoltage = 900; }},
       {"PMT 901", [](M m) { m.PMTVoltage = 901; }},
