@@ -144,10 +144,11 @@ RunLaunch LaunchAppend(LaunchServices s, bool newDataSet, int firstSampleNumber,
     launch.setup.FirstSampleNumber = onDisk.number + 1;
   }
   launch.setup.BuildingDatabases = false;
-  s.databases.setBuilding(false);
   // The set's records decide again where the run goes on: they may have grown since the question.
   if (resume && !newDataSet) resume = FindTrayResume(s.state.Method, s.state.DataSet);
   if (resume && !newDataSet) carryOn(*resume, s.state.Method, launch.setup);
+  // A resumed run that was building its databases goes on building them in batch 1.
+  s.databases.setBuilding(launch.setup.BuildingDatabases);
   launch.startRun = true;
   return launch;
 }
