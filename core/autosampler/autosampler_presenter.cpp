@@ -1,7 +1,6 @@
 #include "core/autosampler/autosampler_presenter.h"
 
 #include <algorithm>
-#include <cctype>
 
 #include "core/autosampler/autosampler_check.h"
 #include "core/autosampler/field_rules.h"
@@ -53,12 +52,6 @@ HeightChoice heightChoice(const AutosamplerSettings& s, int index, std::int16_t 
     default:  // 3 "Samples", 6 "Start Tube"
       return {s.TubeHeight, s.StartingTube};
   }
-}
-
-std::string lowerCased(std::string path) {
-  std::transform(path.begin(), path.end(), path.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return path;
 }
 
 }  // namespace
@@ -227,7 +220,7 @@ void AutosamplerPresenter::openTrayGeometryFile() {
     return;
   }
   rig_.tray = loaded;
-  if (hooks_.trayFileShown) hooks_.trayFileShown(lowerCased(path));
+  if (hooks_.trayFileShown) hooks_.trayFileShown(path);  // as it is spelt on disk
   view_.trayChanged();
 }
 

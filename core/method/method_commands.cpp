@@ -59,7 +59,7 @@ MethodCommandResult EditMethodFile(AppState& state, Operator& op) {
   state.DataSet.MethodFilePath = path;
   result.methodLoaded = true;
   result.methodPath = path;
-  result.window.methodFileLabel = LowerCasedForDisplay(path);
+  result.window.methodFileLabel = path;  // as it is spelt on disk
   result.window.showMethod = true;
   result.window.newDataSet = false;
   return result;

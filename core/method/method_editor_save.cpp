@@ -96,9 +96,7 @@ bool MethodEditor::ValidateAndSaveMethod() {
       op_.message(message, "ZORVEL ERROR", BoxIcon::Exclamation);
     if (!refused.empty()) return false;
   }
-  const std::string path =
-      ShowFileDialog(op_, state_.MethodsDirectory, "MTH", FileDialogAction::SaveAs,
-                     file_dialogs::kAskBeforeOverwrite);
+  const std::string path = file_dialogs::SaveMethod(op_, state_);
   if (path.empty()) return false;
   if (!WriteMethodFile(state_, path)) {
     op_.message("The method file " + path + " could not be written.", "ZORVEL ERROR",
@@ -106,7 +104,7 @@ bool MethodEditor::ValidateAndSaveMethod() {
     return false;
   }
   state_.DataSet.MethodFilePath = path;
-  view().showMethodFile(UpperCasedForDisplay(path));
+  view().showMethodFile(path);  // as it is spelt on disk
   return true;
 }
 

@@ -39,6 +39,8 @@ struct FileDialogRequest {
   std::string fileName;
   FileDialogAction action = FileDialogAction::Open;
   int flags = 0;
+  // The dialog's title, saying what is opened or saved; empty for the toolkit's own.
+  std::string title;
 };
 
 // Everything the program asks of the person at the bench, and the end of the program.

@@ -213,7 +213,7 @@ void CuvettePlan::fileFixedAsDatabase(SampleType kind) {
   }
   // The comment went into the control or blank record; the next reading starts without it.
   engine_.clearComment();
-  ShowChoices({});
+  hideDecision();  // no reading waits: the comment box goes with the choices
   RepromptSample(false);
 }
 

@@ -3,7 +3,8 @@
 namespace zorvel {
 
 std::string ShowFileDialog(Operator& op, const std::string& initialDirectory,
-                           const std::string& extension, FileDialogAction action, int flags) {
+                           const std::string& extension, FileDialogAction action, int flags,
+                           const std::string& title) {
   FileDialogRequest request;
   request.initialDirectory = initialDirectory;
   request.defaultExtension = extension;
@@ -11,6 +12,7 @@ std::string ShowFileDialog(Operator& op, const std::string& initialDirectory,
   request.fileName = "*." + extension;
   request.action = action;
   request.flags = flags;
+  request.title = title;
   return op.fileDialog(request);
 }
 
@@ -27,7 +29,12 @@ std::string AppendDataFile(Operator& op, const AppState& state) {
 
 std::string SaveDataSet(Operator& op, const AppState& state) {
   return ShowFileDialog(op, state.DataDirectory, state.Method.Fixed ? "FIX" : "SYN",
-                        FileDialogAction::SaveAs, kAskBeforeOverwrite);
+                        FileDialogAction::SaveAs, kAskBeforeOverwrite, "New Data Set");
+}
+
+std::string SaveMethod(Operator& op, const AppState& state) {
+  return ShowFileDialog(op, state.MethodsDirectory, "MTH", FileDialogAction::SaveAs,
+                        kAskBeforeOverwrite, "Save Method As");
 }
 
 std::string ChoosePlateFile(Operator& op, const AppState& state) {

@@ -44,9 +44,8 @@ TEST(DemoWorkspace, StartsWithoutQuestionsOnSimulatedInstrumentsAndLoadsItsMetho
   op.chooseNext(state.MethodsDirectory + "/" + kDemoFixedMethod);
   presenter.editMethodFile();
   EXPECT_TRUE(op.messages().empty());
-  // The label shows the path lower-cased; the file was opened as chosen.
-  EXPECT_EQ(view.methodLabel,
-            LowerCasedForDisplay(state.MethodsDirectory + "/" + kDemoFixedMethod));
+  // The label shows the path as it is on disk.
+  EXPECT_EQ(view.methodLabel, state.MethodsDirectory + "/" + kDemoFixedMethod);
   EXPECT_TRUE(view.controlsEnabled);  // the editor holds the method
   EXPECT_TRUE(state.Method.Fixed);
 

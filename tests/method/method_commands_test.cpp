@@ -100,8 +100,8 @@ TEST(EditMethodFile, AsksForAnExistingMethodAndReadsIt) {
   const MethodCommandResult r = EditMethodFile(state, chosen);
   EXPECT_TRUE(r.methodLoaded);
   EXPECT_TRUE(state.Method == testing::FixedSynchCuvetteMethod());
-  EXPECT_EQ(state.DataSet.MethodFilePath, path);  // opened as chosen, shown lower-cased
-  EXPECT_EQ(r.window.methodFileLabel, LowerCasedForDisplay(path));
+  EXPECT_EQ(state.DataSet.MethodFilePath, path);  // opened and shown as chosen
+  EXPECT_EQ(r.window.methodFileLabel, path);
   EXPECT_EQ(r.window.newDataSet, false);
   EXPECT_EQ(state.LineEnding, "\r");
 

@@ -157,7 +157,7 @@ TEST(ValidateAndSaveMethod, FixedExtremesBadPairsAndTheSaveDialog) {
   saved.op.chooseNext(path);
   EXPECT_TRUE(saved.editor.ValidateAndSaveMethod());
   EXPECT_EQ(saved.op.shown.back().dialog.defaultExtension, "MTH");
-  EXPECT_EQ(saved.view.methodFile, UpperCasedForDisplay(path));
+  EXPECT_EQ(saved.view.methodFile, path);
   EXPECT_EQ(saved.state.DataSet.MethodFilePath, path);
   EXPECT_FALSE(testing::readFile(path).empty());
 }

@@ -167,7 +167,7 @@ TEST_F(AutosamplerWindowTest, GoToNeverMovesToARefusedTubeAndTheFocusComesBack) 
   EXPECT_EQ(tube->selectedText(), tube->text());  // a click selects, as Tab does
   QTest::keyClicks(tube, "97");
   QTest::keyClick(tube, Qt::Key_G, Qt::AltModifier);  // "&Go To", clicked a moment later
-  QTest::qWaitFor([this] { return !op.messages().empty(); });
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !op.messages().empty(); }));
   settle();
   EXPECT_EQ(armModel.commandsReceived(), commandsBefore);
   ASSERT_EQ(op.messages().size(), 1u);

@@ -171,8 +171,7 @@ TEST(MethodEditorWindow, NewMethodTypedWithTwentyColoursSavedAndReadOnTheBench) 
   EXPECT_EQ(op.shown.size(), before + 3);  // two dialogs and the database question
   EXPECT_SAME_BYTES(testing::readGolden("method/editor_twenty_colours.mth"),
                     testing::readFile(methodPath));
-  EXPECT_EQ(child<QLabel>(form, "MethodFile_Label")->text().toStdString(),
-            UpperCasedForDisplay(methodPath));
+  EXPECT_EQ(child<QLabel>(form, "MethodFile_Label")->text().toStdString(), methodPath);
 
   ui::RunWindow* run = nullptr;
   for (QWidget* w : QApplication::topLevelWidgets()) {

@@ -112,9 +112,12 @@ std::string QtOperator::inputBox(const std::string& prompt, const std::string& t
 
 std::string QtOperator::fileDialog(const FileDialogRequest& request) {
   return onGuiThread([&]() -> std::string {
-    QFileDialog dialog(parent_, QString(), QString::fromStdString(request.initialDirectory),
-                       qtFilter(request.filter));
-    dialog.setDefaultSuffix(QString::fromStdString(request.defaultExtension).section(';', 0, 0));
+    QFileDialog dialog(parent_, QString::fromStdString(request.title),
+                       QString::fromStdString(request.initialDirectory), qtFilter(request.filter));
+    // A name typed without an extension gets it in lower case, as Linux files are named; one
+    // the operator typed is kept as typed.
+    dialog.setDefaultSuffix(
+        QString::fromStdString(request.defaultExtension).section(';', 0, 0).toLower());
     const bool open = request.action == FileDialogAction::Open;
     dialog.setAcceptMode(open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
     dialog.setFileMode(open && (request.flags & 4096) ? QFileDialog::ExistingFile

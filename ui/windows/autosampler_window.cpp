@@ -53,6 +53,7 @@ AutosamplerWindow::AutosamplerWindow(AppState& state, Operator& op, Clock& clock
   middle->addStretch();
   columns->addLayout(middle);
   picture_ = new TrayPicture(state.Tray, state.Method.Autosampler);
+  picture_->setPureCount(state.Method.NoPures);
   auto* right = new QVBoxLayout;
   right->addWidget(picture_, 1);
   trayGroup_ = buildTray();

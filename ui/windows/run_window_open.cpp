@@ -1,3 +1,5 @@
+#include <QPushButton>
+
 #include "core/app/simulated_marking.h"
 #include "ui/windows/run_window.h"
 
@@ -26,6 +28,10 @@ RunWindow* OpenRunWindow(QWidget* parent, const RunWindowServices& services, con
     window->controller().setCuvetteChanger(std::move(changer));
   }
   window->show();
+  // The prompt "[I]nitialize Fluorimeter, [Q]uit Analysis." is answered from the keyboard: the
+  // focus is on "&Init" from the start (set before the window was shown, it would be lost).
+  window->activateWindow();
+  if (auto* init = window->findChild<QPushButton*>("OK_1")) init->setFocus(Qt::OtherFocusReason);
   return window;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPointF>
+#include <QRectF>
 #include <QWidget>
 
 #include "core/state/method_settings.h"
@@ -8,9 +9,9 @@
 
 namespace zorvel::ui {
 
-// TrayPix: the tray drawn at scale over the arm's reach, every position with its number, the
-// rinse station, the sample range and the standard and blank tubes in their own colours, and a
-// cross where the arm was last sent.
+// TrayPix: the tray drawn to fill the picture, every position with its number, the rinse
+// station, the sample range, the pures, the standard and blank tubes in their own colours, a
+// cross where the arm was last sent, and a legend of the colours under it.
 class TrayPicture final : public QWidget {
   Q_OBJECT
  public:
@@ -18,6 +19,8 @@ class TrayPicture final : public QWidget {
               QWidget* parent = nullptr);
 
   void setArmPosition(float xMm, float yMm);
+  // The method's pure count: the first tubes of the sample range hold the pures.
+  void setPureCount(int count);
   QPointF armPositionMm() const { return armMm_; }
   // Where a point of the arm's reach (mm) lies in the widget.
   QPointF toWidget(QPointF mm) const;
@@ -27,20 +30,24 @@ class TrayPicture final : public QWidget {
   static QColor blankColour() { return QColor(128, 176, 255); }
   static QColor rinseColour() { return QColor(0, 200, 200); }
   static QColor otherColour() { return QColor(220, 220, 220); }
+  static QColor pureColour() { return QColor(255, 215, 0); }
   // The colour a tray position is drawn in.
   QColor colourOf(int position) const;
 
-  QSize sizeHint() const override { return {420, 260}; }
+  QSize sizeHint() const override { return {460, 330}; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
   double scale() const;
+  QRectF trayArea() const;  // the tray's positions and the arm, mm
+  void drawLegend(QPainter& painter, double top);
 
   const TrayGeometry& tray_;
   const AutosamplerSettings& settings_;
   QPointF armMm_;
+  int pureCount_ = 0;
 };
 
 }  // namespace zorvel::ui
