@@ -1,7 +1,5 @@
 #include "core/app/setup_presenter.h"
 
-#include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <system_error>
 
@@ -13,16 +11,6 @@
 namespace zorvel {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-std::string lowerCased(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
-}
-
-}  // namespace
 
 SetupPresenter::SetupPresenter(AppState& state, Operator& op, SetupView& view,
                                std::function<void(const std::string&)> trayFileShown)
@@ -127,14 +115,13 @@ void SetupPresenter::createFolder() {
 void SetupPresenter::chooseFile() {
   const std::string chosen = file_dialogs::ChoosePlateFile(op_, state_);
   if (chosen.empty()) return;
-  // The name is lower-cased for display only; the file is opened as chosen.
   if (!FileExists(chosen)) {
     op_.message("File does not exist", "ZORVEL ERROR", BoxIcon::Exclamation);
     return;
   }
   if (!LoadPlateFile(state_, op_, chosen)) return;
   plateLabel_ = chosen;
-  view_.setPlateFileLabel(lowerCased(chosen));
+  view_.setPlateFileLabel(chosen);  // as it is spelt on disk
   state_.Prefs.TrayGeometryFile = chosen;
   if (trayFileShown_) trayFileShown_(chosen);
 }

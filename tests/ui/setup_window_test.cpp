@@ -56,13 +56,12 @@ TEST_F(SetupWindowTest, AutosamplerChecksThenOkWritesTheFile) {
   ASSERT_EQ(op.messages().size(), 1u);
   EXPECT_EQ(op.messages()[0].text, "You must select a Plate Description File.");
 
-  testing::writeFile(dir + "tray.tgf", "0 0 0\n10 10 1\n");
-  op.chooseNext(dir + "tray.tgf");
+  testing::writeFile(dir + "Tray.TGF", "0 0 0\n10 10 1\n");
+  op.chooseNext(dir + "Tray.TGF");
   click("ChooseFile");
-  // Shown lower-cased, opened as chosen.
-  EXPECT_EQ(child<QLabel>(&*window, "PlateFile_Label")->text(),
-            QString::fromStdString(dir + "tray.tgf").toLower());
-  EXPECT_EQ(trayShown, dir + "tray.tgf");
+  // Shown and opened as spelt on disk.
+  EXPECT_EQ(child<QLabel>(&*window, "PlateFile_Label")->text().toStdString(), dir + "Tray.TGF");
+  EXPECT_EQ(trayShown, dir + "Tray.TGF");
 
   click("DilCom1");  // the fluorimeter is on COM1 too
   click("OK");
@@ -76,7 +75,7 @@ TEST_F(SetupWindowTest, AutosamplerChecksThenOkWritesTheFile) {
   click("OK");
   EXPECT_FALSE(window->isVisible());
   EXPECT_EQ(window->result(), QDialog::Accepted);
-  Preferences expected{1, 1, 4, 3, 0, true, dir, dir + "tray.tgf"};
+  Preferences expected{1, 1, 4, 3, 0, true, dir, dir + "Tray.TGF"};
   EXPECT_SAME_BYTES(PreferencesFileText(expected), testing::readFile(state.PreferencesPath));
 }
 

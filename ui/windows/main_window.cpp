@@ -14,6 +14,8 @@
 
 #include "core/app/simulated_marking.h"
 #include "core/autosampler/autosampler_check.h"
+#include "core/autosampler/tray_geometry_file.h"
+#include "core/files/log_line.h"
 #include "ui/platform/instrument_worker.h"
 #include "ui/windows/autosampler_window.h"
 #include "ui/windows/disclaimer_dialog.h"
@@ -169,6 +171,14 @@ void MainWindow::setTrayFile(const std::string& path, bool visible) {
   trayCaption_->setVisible(visible);
 }
 
+void MainWindow::trayLoaded(const std::string& path, bool visible) {
+  setTrayFile(path, visible);
+  // Positions past the arm's reach are sent clamped; the log says so once per loading. Before
+  // start-up has made the log, start-up itself writes the note.
+  const std::string note = TrayReachNote(state_.Tray, path);
+  if (!note.empty() && !state_.LogPath.empty()) WriteLogEntry(state_.LogPath, clock_, note);
+}
+
 void MainWindow::setMenuEnabled(MainMenu item, bool enabled) {
   actions_.at(item)->setEnabled(enabled);
 }
@@ -189,7 +199,7 @@ void MainWindow::showDisclaimer() {
 
 bool MainWindow::runSetupWindow() {
   SetupWindow window(
-      state_, op_, [this](const std::string& path) { setTrayFile(path, state_.Prefs.AutoSampler); },
+      state_, op_, [this](const std::string& path) { trayLoaded(path, state_.Prefs.AutoSampler); },
       this);
   window.exec();
   showSimulatedMarking();  // the ports of the instruments may have changed
@@ -353,7 +363,7 @@ void MainWindow::openAutosampler() {
     return;
   }
   AutosamplerHooks hooks;
-  hooks.trayFileShown = [this](const std::string& path) { setTrayFile(path, true); };
+  hooks.trayFileShown = [this](const std::string& path) { trayLoaded(path, true); };
   hooks.startingTubeCopied = [this](int tube) { presenter_.setFirstSampleNumber(tube); };
   RunAutosamplerWindow(state_, op_, clock_, std::move(armLine), std::move(pumpLine),
                        std::move(hooks), this);

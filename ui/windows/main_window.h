@@ -57,6 +57,8 @@ class MainWindow final : public QMainWindow, public MainView {
   void closeEvent(QCloseEvent* event) override;
 
  private:
+  // A tray geometry file was loaded from the setup or autosampler window.
+  void trayLoaded(const std::string& path, bool visible);
   void buildMenus();
   QWidget* buildMethodForm();
   void showAbout();
