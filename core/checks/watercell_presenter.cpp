@@ -31,10 +31,6 @@ const std::array<SetUpStep, 8> kSetUp = {{
     {"Set Response Time", S::Response(0.0f)},
 }};
 
-bool MustStop(LinkFailure failure) {
-  return OutcomeOf(failure) == LinkOutcome::Stop;
-}
-
 }  // namespace
 
 WaterCellPresenter::WaterCellPresenter(AppState& state, Operator& op, Clock& clock,

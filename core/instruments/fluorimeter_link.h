@@ -134,8 +134,6 @@ class FluorimeterLink {
   void DrainUntilQuiet(double quietS, double limitS);
   // Names the instrument and its port for messages.
   std::string instrumentOnPort() const;
-  // The last error status the instrument answered, as it arrived.
-  const std::string& lastStatus() const { return lastStatus_; }
 
  private:
   bool lineDown() const;

@@ -29,6 +29,9 @@ enum class LinkOutcome {
 };
 
 LinkOutcome OutcomeOf(LinkFailure failure);
+inline bool MustStop(LinkFailure failure) {
+  return OutcomeOf(failure) == LinkOutcome::Stop;
+}
 // A short English name for logs and test messages ("reply time-out").
 std::string_view DescribeFailure(LinkFailure failure);
 

@@ -31,5 +31,9 @@ bool AskRetryAfterRepeats(Operator& person, const std::string& text);
 
 // What an instrument sent, quoted as a message can show it: control characters as "\xNN".
 std::string QuotedReply(std::string_view bytes);
+// "5 times", for the messages of a bound.
+inline std::string Times(int count) {
+  return std::to_string(count) + " times";
+}
 
 }  // namespace zorvel
