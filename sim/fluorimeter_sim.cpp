@@ -75,7 +75,7 @@ void FluorimeterSim::handle(const std::string& command, double arrivedS, LineEnd
     return;
   }
   const double startS = std::max(arrivedS, busyUntilS_);
-  double busyS = timing_.commandS + extraLatencyS_;
+  double busyS = timing_.commandS;
   std::vector<Reply> after;
   std::string status;
   if (!failNext_.empty()) {
@@ -278,7 +278,7 @@ double FluorimeterSim::measureSample(const Sample& sample, double excitationNm, 
   optics.lampPower = settings_.lampOn ? lampPower_ : 0.0;
   const double ideal = ModelIntensity(sample, optics);
   std::normal_distribution<double> unit(0.0, 1.0);
-  const double spread = noise_ / std::sqrt(std::max(readTimeS, 0.01));
+  const double spread = kNoise / std::sqrt(std::max(readTimeS, 0.01));
   return ideal * (1.0 + spread * unit(random_)) + 0.01 * unit(random_);
 }
 

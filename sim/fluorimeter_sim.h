@@ -59,8 +59,6 @@ class FluorimeterSim final : public LinePeer {
   void setTiming(const Timing& timing) { timing_ = timing; }
   // Spacing of the points of a synchronous scan on the excitation axis.
   void setScanDataIntervalNm(double intervalNm) { scanIntervalNm_ = intervalNm; }
-  // Relative noise of a one-second reading (it falls with the square root of the read time).
-  void setNoise(double relative) { noise_ = relative; }
 
   // Fault injection.
   void setSilent(bool silent) { silent_ = silent; }
@@ -77,8 +75,6 @@ class FluorimeterSim final : public LinePeer {
   void setJunkBeforeRecords(std::string junk) { junk_ = std::move(junk); }
   // Every reply goes out in two halves with this pause between them.
   void setSplitReplies(double gapS) { splitGapS_ = gapS; }
-  // Every status comes this much later than usual.
-  void setExtraLatency(double seconds) { extraLatencyS_ = seconds; }
   // A failing lamp gives this fraction of its light.
   void setLampPower(double fraction) { lampPower_ = fraction; }
 
@@ -113,7 +109,8 @@ class FluorimeterSim final : public LinePeer {
   std::string pending_;
   double busyUntilS_ = 0.0;
   double scanIntervalNm_ = 0.5;
-  double noise_ = 0.004;
+  // Relative noise of a one-second reading (it falls with the square root of the read time).
+  static constexpr double kNoise = 0.004;
   double deliberateS_ = 0.0;
   std::vector<std::string> commands_;
 
@@ -126,7 +123,6 @@ class FluorimeterSim final : public LinePeer {
   std::deque<std::string> recordStatusNext_;
   std::string junk_;
   double splitGapS_ = 0.0;
-  double extraLatencyS_ = 0.0;
   double lampPower_ = 1.0;
 };
 

@@ -166,7 +166,7 @@ double PumpSim::turnPort(int port) {
 }
 
 double PumpSim::microlitres(int steps) const {
-  return static_cast<double>(steps) * syringeMl_ * 1000.0 / kStrokeSteps;
+  return static_cast<double>(steps) * kSyringeMl * 1000.0 / kStrokeSteps;
 }
 
 }  // namespace zorvel::sim

@@ -36,8 +36,6 @@ class PumpSim final : public LinePeer {
 
   void onReceive(std::string_view bytes, double arrivedS, LineEnd& reply) override;
 
-  // The syringe fitted, in mL (10 unless set); it turns plunger steps into microlitres.
-  void setSyringeVolumeMl(int millilitres) { syringeMl_ = millilitres > 0 ? millilitres : 10; }
   // How deep the probe must be (arm height units, larger is lower) to reach the liquid in a
   // tube; above that it draws air.
   void setLiquidSurface(float height) { liquidSurface_ = height; }
@@ -77,7 +75,8 @@ class PumpSim final : public LinePeer {
 
   Bench& bench_;
   std::string received_;
-  int syringeMl_ = 10;
+  // The syringe fitted, in mL; it turns plunger steps into microlitres.
+  static constexpr int kSyringeMl = 10;
   float liquidSurface_ = kLiquidSurface;
   bool silent_ = false;
   double extraDelayS_ = 0;

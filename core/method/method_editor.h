@@ -102,7 +102,6 @@ class MethodEditor {
   void showScanType();
   void openColourWindow(std::optional<WavelengthFault> fault);
   void coloursConfirmed();
-  bool checkedByColourWindow();
 
   class NoView final : public MethodEditorView {
     void showText(MethodControl, const std::string&) override {}

@@ -43,7 +43,6 @@ class ScriptedOperator final : public Operator {
 
   // The message boxes alone, in order.
   std::vector<MessageBoxRequest> messages() const;
-  bool scriptUsedUp() const { return answers_.empty() && inputs_.empty() && files_.empty(); }
 
  private:
   std::deque<int> answers_;

@@ -45,13 +45,7 @@ class Acquisition {
   // Colours 1..No.Colors of the latest reading.
   std::span<const float> readings() const;
   const std::vector<float>& scanPoints() const { return points_; }
-  float scanMaximum() const { return maximum_; }
   LinkFailure failure() const { return failure_; }
-
-  float currentExWl() const { return exWl_; }
-  float currentEmWl() const { return emWl_; }
-  float currentExSlit() const { return exSlit_; }
-  float currentEmSlit() const { return emSlit_; }
 
  private:
   // One setting, LinkTimeoutCount cleared first; false when the conversation is over.
