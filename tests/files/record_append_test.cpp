@@ -5,7 +5,6 @@
 
 #include <csignal>
 
-#include "core/run/wavelength_band.h"
 #include "support/bytes.h"
 
 namespace zorvel {
@@ -64,18 +63,6 @@ TEST(RecordAppend, ARecordTheDiskTakesOnlyPartOfIsTakenOffAtOnce) {
   EXPECT_FALSE(written);
   EXPECT_EQ(reason, "File too large");
   EXPECT_SAME_BYTES(before, readFile(path));
-}
-
-TEST(WavelengthBands, BoundariesBelongToTheBandAbove) {
-  EXPECT_EQ(1, WavelengthBand(384.99));
-  EXPECT_EQ(2, WavelengthBand(385));
-  EXPECT_EQ(5, WavelengthBand(500.4));
-  EXPECT_EQ(6, WavelengthBand(500.5));
-  EXPECT_EQ(13, WavelengthBand(668.9));
-  EXPECT_EQ(14, WavelengthBand(669));
-  EXPECT_EQ(14, WavelengthBand(900));
-  // Each band has a colour of its own but the last two reds, and none is the plot's black.
-  for (int band = 1; band <= 14; ++band) EXPECT_NE(0, BandPaletteIndex(band)) << band;
 }
 
 }  // namespace

@@ -7,24 +7,6 @@
 namespace zorvel::fluor {
 namespace {
 
-TEST(FluorimeterCommands, ParametersTakeTheirFixedForms) {
-  EXPECT_EQ("$SX 5.0", ExcitationSlitCommand(5.0f));
-  EXPECT_EQ("$SM 2.5", EmissionSlitCommand(2.5f));
-  EXPECT_EQ("$GM 350.0,397.5", MonochromatorCommand(350.0f, 397.5f));
-  EXPECT_EQ("$GM -1.0,398.0", MonochromatorCommand(-1.0f, 398.0f));
-  EXPECT_EQ("$RD 1.0", ReadCommand(1.0f));
-  EXPECT_EQ("$RD 0.1", ReadCommand(0.1f));
-  EXPECT_EQ("$FW 2", FilterCommand(2));
-  EXPECT_EQ("$PV 820", PmtVoltageCommand(820));
-  EXPECT_EQ("$PV -1", PmtVoltageCommand(-1));
-  EXPECT_EQ("$SS 480", ScanSpeedCommand(480.0f));
-  EXPECT_EQ("$SS 87.5", ScanSpeedCommand(87.5f));
-  EXPECT_EQ("$AL 375.0", LowerLimitCommand(375.0f));
-  EXPECT_EQ("$AH 715.5", UpperLimitCommand(715.5f));
-  EXPECT_EQ("$TD 240", TimeDriveCommand(240));
-  EXPECT_EQ("$RE 0\r", Frame("$RE 0"));
-}
-
 TEST(FluorimeterReplies, FieldValueTakesTheLeadingNumberOnly) {
   EXPECT_DOUBLE_EQ(350.1, FieldValue("350.1"));
   EXPECT_DOUBLE_EQ(12.0, FieldValue(" 12abc"));
