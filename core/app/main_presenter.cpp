@@ -91,7 +91,7 @@ void MainPresenter::cancelMethod() {
 // A reopened set's numbers and its control medians belong to it alone: once the method is
 // cancelled or another is loaded, a new set starts again at 1 and no medians are shown.
 void MainPresenter::forgetReopenedSet() {
-  methodEditor_.state().FirstSampleNumber = 1;
+  methodEditor_.setFirstSampleNumber(1);
   editor_.lastSampleNumber = 0;
   editor_.samplesPresent = false;
   editor_.resume.reset();
@@ -130,7 +130,7 @@ void MainPresenter::apply(const MainWindowUpdate& update) {
   if (update.newDataSet) editor.NewDataSet = *update.newDataSet;
   if (update.coloursDeclared) editor.ColoursDeclared = *update.coloursDeclared;
   if (update.colourBackupPending) methodEditor_.colours().window().BackupPending = true;
-  if (update.firstSampleNumber) editor.FirstSampleNumber = *update.firstSampleNumber;
+  if (update.firstSampleNumber) methodEditor_.setFirstSampleNumber(*update.firstSampleNumber);
   if (update.showMethod) {
     controlsVisible(true);
     view_.setLaunchButtons(true, false);

@@ -85,7 +85,7 @@ class MainPresenter {
   };
   const EditorState& editor() const { return editor_; }
   // The autosampler window's starting tube is also the first sample number of the next run.
-  void setFirstSampleNumber(int number) { methodEditor_.state().FirstSampleNumber = number; }
+  void setFirstSampleNumber(int number) { methodEditor_.setFirstSampleNumber(number); }
 
  private:
   void reopened(const ReopenResult& result);

@@ -210,6 +210,11 @@ void MethodEditor::showScanType() {
   view().setControlVisible(C::Colors_Button, state_.Method.Fixed);
 }
 
+void MethodEditor::setFirstSampleNumber(int number) {
+  editor_.FirstSampleNumber = number;
+  view().showText(C::swell_box, textOf(C::swell_box));
+}
+
 std::string MethodEditor::textOf(MethodControl box) const {
   const MethodSettings& m = state_.Method;
   const auto single = [](float v) { return text::plainSingle(v); };

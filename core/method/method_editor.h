@@ -64,6 +64,8 @@ class MethodEditor {
   void methodLoaded(MethodLoad kind);
   // Fills every control from the record; LineEnding follows FileType.
   void showMethod();
+  // The "Starting Number:" box and the number the next run gives its first sample are one value.
+  void setFirstSampleNumber(int number);
   void ControlsVisible(bool enabled);
 
   // Change handlers, one per control kind. A box's text is taken when the operator commits it;

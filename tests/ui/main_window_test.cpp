@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTest>
@@ -9,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include "core/app/demo_workspace.h"
+#include "core/method/demo_methods.h"
 #include "core/platform/page_printer.h"
 #include "core/platform/scripted_operator.h"
 #include "core/platform/virtual_clock.h"
@@ -90,6 +93,44 @@ TEST(MainWindow, FirstStartMakesFoldersAsksForSetupAndExitLogs) {
   EXPECT_FALSE(window.isVisible());
   EXPECT_EQ(testing::readFile(dir + "ZORVEL.LOG").substr(log.size()),
             "Stop Program\t03-07-2000\t14:05:09\r\n");
+}
+
+// The autosampler window's starting tube is the number the tray run gives its first sample, and
+// the main window's "Starting Number:" shows that very number once the tube is taken.
+TEST(MainWindow, StartingNumberFollowsTheStartingTube) {
+  testing::qtApp();
+  const std::string dir = testing::makeTempDir("mainwin-tube");
+  ScriptedOperator op;
+  ASSERT_TRUE(PrepareDemoWorkspace(dir, op));
+  AppState state;
+  VirtualClock clock;
+  PagePrinter printer;
+  ui::MainWindow window(state, op, clock, printer);
+  window.setDisclaimerShown(false);
+  ASSERT_TRUE(window.presenter().startUp(dir));
+  ui::InstrumentLines lines(state, clock);
+  for (int com = 1; com <= 4; ++com) lines.ports().devices[com] = "sim";
+  window.setInstruments(&lines);
+  window.show();
+  op.chooseNext(state.MethodsDirectory + "/" + kDemoTrayMethod);
+  window.action(MainMenu::EditMethodFile)->trigger();
+  auto* number = window.findChild<QLineEdit*>("swell_box");
+  ASSERT_NE(number, nullptr);
+  EXPECT_EQ(number->text(), "1");
+
+  testing::whenShown("ASDILUTOR", [&](QWidget* autosampler) {
+    auto* tube = autosampler->findChild<QLineEdit*>("StartingTube");
+    tube->setFocus();
+    tube->selectAll();
+    QTest::keyClicks(tube, "7");
+    QTest::keyClick(tube, Qt::Key_Tab);
+    QCoreApplication::processEvents();
+    autosampler->close();
+  });
+  QTest::mouseClick(window.findChild<QPushButton*>("ASSetup"), Qt::LeftButton);
+  EXPECT_EQ(state.Method.Autosampler.StartingTube, 7);
+  EXPECT_EQ(number->text(), "7");
+  EXPECT_EQ(window.presenter().methodEditor().state().FirstSampleNumber, 7);
 }
 
 }  // namespace
