@@ -40,7 +40,7 @@ void TrayMethod(AppState& app) {
   m.FilterSetting = 7;
   m.PMTVoltage = 820;
   m.Repetitions = 1;
-  m.DeliveryMethod = 2;
+  m.DeliveryMethod = Delivery::Autosampler;
   m.FixedPairs[1] = {350, 397.5f, 5, 5, 0};
   AutosamplerSettings& a = m.Autosampler;
   // Slow strokes (speed code 40: 146 steps a second) and the tube at the far end of the tray.

@@ -236,7 +236,7 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
   ConsoleAlertDialog alert(context.script, context.out);
   QualityChecks checks(context.state, context.clock, op, alert);
   std::unique_ptr<TrayInstruments> tray;
-  if (context.state.Method.DeliveryMethod == 2) {
+  if (context.state.Method.DeliveryMethod == Delivery::Autosampler) {
     tray = trayInstruments(context, lines, op);
     if (!tray) {
       context.out

@@ -56,7 +56,7 @@ int RunAutosamplerCommand(Context& context, LineSource& lines) {
                                .absoluteFilePath()
                                .toStdString();
   if (!ReadMethodFile(state, context.op, path)) return context.fail("cannot read " + path);
-  if (state.Method.DeliveryMethod != 2) {
+  if (state.Method.DeliveryMethod != Delivery::Autosampler) {
     return context.fail(path + " does not deliver samples by autosampler", kUsageExit);
   }
   if (const auto refused = ensureTray(context)) return context.fail(*refused);

@@ -134,7 +134,8 @@ void MainPresenter::apply(const MainWindowUpdate& update) {
   if (update.showMethod) {
     controlsVisible(true);
     view_.setLaunchButtons(true, false);
-    view_.setTrayFile(state_.Prefs.TrayGeometryFile, state_.Method.DeliveryMethod == 2);
+    view_.setTrayFile(state_.Prefs.TrayGeometryFile,
+                      state_.Method.DeliveryMethod == Delivery::Autosampler);
     methodEditor_.showMethod();
   }
 }

@@ -92,7 +92,7 @@ DataFileShape ShapeOf(DataFileKind kind, const MethodSettings& method) {
   DataFileShape s;
   s.kind = kind;
   s.colours = std::clamp<int>(method.NoColors, 0, kMaxColours);
-  s.tubeColumn = method.DeliveryMethod == 2;
+  s.tubeColumn = method.DeliveryMethod == Delivery::Autosampler;
   switch (kind) {
     case DataFileKind::Fixed:
       s = {kind, 19, "Data File\t", "Color", s.colours, s.tubeColumn};

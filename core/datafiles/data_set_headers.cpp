@@ -56,7 +56,7 @@ std::string headingRow(const AppState& state, std::string_view label,
                        const std::function<std::string(const ColourDeclaration&)>& value) {
   const MethodSettings& m = state.Method;
   std::string row(label);
-  if (m.DeliveryMethod == 2) row += '\t';
+  if (m.DeliveryMethod == Delivery::Autosampler) row += '\t';
   for (int i = 1; i <= pairCount(m); ++i) row += "\t" + value(pair(m, i));
   return row;
 }
@@ -102,7 +102,7 @@ std::string FixedHeaderText(const AppState& state, const CalendarTime& created) 
   t.line(headingRow(state, "em sl", [](const auto& p) { return text::plainSingle(p.EmSl); }));
   t.line(headingRow(state, "ex wl", [](const auto& p) { return text::plainSingle(p.ExWl); }));
   t.line(headingRow(state, "em wl", [](const auto& p) { return text::plainSingle(p.EmWl); }));
-  const bool autosampler = m.DeliveryMethod == 2;
+  const bool autosampler = m.DeliveryMethod == Delivery::Autosampler;
   std::string colours = autosampler ? "Color\tTube" : "Color";
   for (int i = 1; i <= pairCount(m); ++i)
     colours += "\t" + colourName(state, pair(m, i).ColourIndex);
@@ -176,7 +176,8 @@ HeadersResult WriteDataSetHeaders(AppState& state, const std::string& chosenPath
     files.push_back({p.StlPath, ScanDatabaseHeaderText(state, true, created)});
     files.push_back({p.SlkPath, ScanDatabaseHeaderText(state, false, created)});
   }
-  if (m.DeliveryMethod == 2) files.push_back({p.LogFilePath, RunLogHeaderText(state)});
+  if (m.DeliveryMethod == Delivery::Autosampler)
+    files.push_back({p.LogFilePath, RunLogHeaderText(state)});
   if (m.Synch) files.push_back({p.SynPath, SynchHeaderText(state, created)});
   if (m.Fixed) files.push_back({p.FixPath, FixedHeaderText(state, created)});
   result.written = CreateFilesTogether(files, &result.reason);

@@ -38,7 +38,7 @@ DataSetPaths DataSetPathsFor(const MethodSettings& method, const std::string& ba
     paths.StlPath = basePath + ".STL";
     paths.SlkPath = basePath + ".SLK";
   }
-  if (method.DeliveryMethod == 2) paths.LogFilePath = basePath + ".LOG";
+  if (method.DeliveryMethod == Delivery::Autosampler) paths.LogFilePath = basePath + ".LOG";
   return paths;
 }
 

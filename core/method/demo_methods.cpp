@@ -88,7 +88,7 @@ bool WriteDemoMethods(AppState& state, Operator& op, const std::string& methodsD
     ok = false;
   }
   MethodSettings tray = baseMethod(state);
-  tray.DeliveryMethod = 2;
+  tray.DeliveryMethod = Delivery::Autosampler;
   tray.StudyId = "Demonstration: five colours from the 96-tube rack";
   SetAutosamplerDefaults(tray.Autosampler, static_cast<std::int16_t>(kRackRows * kRackColumns));
   tray.Autosampler.EndingTube = 24;

@@ -176,7 +176,7 @@ std::optional<MethodProblem> FirstMethodProblem(const MethodSettings& m, int fir
   if (m.Fixed && !wavelengthsValid())
     return MethodProblem{kWavelengthDeclarationError, MethodControl::Other, true};
   const int tubes = m.Autosampler.EndingTube - m.Autosampler.StartingTube + 1;
-  if (m.DeliveryMethod == 2 && tubes < m.NoColors) {
+  if (m.DeliveryMethod == Delivery::Autosampler && tubes < m.NoColors) {
     return problem("You have requested that there be " + whole(m.NoColors) +
                        " colors.  However you have indicated that " + whole(tubes) +
                        " tubes are to be used.  The number of tube positions must be greater "

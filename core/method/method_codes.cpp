@@ -41,11 +41,11 @@ void ApplyFilterText(std::string_view text, std::int16_t& code) {
   }
 }
 
-std::string_view DeliveryText(std::int16_t code) {
-  return code == 2 ? "AutoSampler" : "Cuvette";
+std::string_view DeliveryText(Delivery delivery) {
+  return delivery == Delivery::Autosampler ? "AutoSampler" : "Cuvette";
 }
-std::int16_t DeliveryFromText(std::string_view text) {
-  return text == "AutoSampler" ? 2 : 1;
+Delivery DeliveryFromText(std::string_view text) {
+  return text == "AutoSampler" ? Delivery::Autosampler : Delivery::Cuvette;
 }
 
 std::string_view FileTypeText(std::int16_t code) {

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/state/method_settings.h"
+
 // The texts that the method file writes for its coded settings, and back. Reading compares the
 // exact text: anything else falls to the default code of the setting (the filter keeps its code).
 namespace zorvel::method_codes {
@@ -13,9 +15,9 @@ std::string FilterText(std::int16_t code);
 // Sets the code when the text is one of the filter texts; leaves it unchanged otherwise.
 void ApplyFilterText(std::string_view text, std::int16_t& code);
 
-// 2 "AutoSampler", anything else "Cuvette".
-std::string_view DeliveryText(std::int16_t code);
-std::int16_t DeliveryFromText(std::string_view text);
+// "AutoSampler" or "Cuvette"; any other text reads as the cuvette.
+std::string_view DeliveryText(Delivery delivery);
+Delivery DeliveryFromText(std::string_view text);
 
 // 2 "Macintosh", anything else "DOS/Windows".
 std::string_view FileTypeText(std::int16_t code);

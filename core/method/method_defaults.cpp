@@ -51,7 +51,7 @@ void SetMethodDefaults(AppState& state) {
   m.ReadTimePures = 10;
   m.SynchScan = SynchScanSettings{4, 4, 360, 700, 15, 0.5f};
   m.FileType = 1;
-  m.DeliveryMethod = 1;
+  m.DeliveryMethod = Delivery::Cuvette;
   m.PrintResults = false;
   m.AmtSolvent = 2;
   m.Repetitions = 1;

@@ -11,6 +11,10 @@ namespace {
 
 using C = MethodControl;
 
+// The window's two-way option groups number their options 1 and 2; the second of the Delivery
+// group is the autosampler, of the FileType group Macintosh.
+constexpr int kSecondOption = 2;
+
 // What a numeric box does with text that is no number, and with no text at all.
 enum class EmptyText { KeepValue, Sentinel, SentinelWithWarning };
 
@@ -182,9 +186,9 @@ void MethodEditor::optionClicked(MethodControl group, int index) {
       }
       break;
     case C::Delivery:
-      m.DeliveryMethod = static_cast<std::int16_t>(index);
-      view().setControlVisible(C::ASSetup, index == 2);
-      view().setControlVisible(C::TrayFile, index == 2);
+      m.DeliveryMethod = index == kSecondOption ? Delivery::Autosampler : Delivery::Cuvette;
+      view().setControlVisible(C::ASSetup, m.DeliveryMethod == Delivery::Autosampler);
+      view().setControlVisible(C::TrayFile, m.DeliveryMethod == Delivery::Autosampler);
       break;
     case C::FileType:
       m.FileType = static_cast<std::int16_t>(index);
@@ -274,9 +278,10 @@ void MethodEditor::showOptions() {
   const bool defaultVoltage = m.PMTVoltage < 0;
   v.showOption(C::Voltage_grp, defaultVoltage ? 1 : 2);
   v.setControlVisible(C::PMTVoltage, !defaultVoltage);
-  v.showOption(C::Delivery, m.DeliveryMethod == 2 ? 2 : 1);
-  v.setControlVisible(C::ASSetup, m.DeliveryMethod == 2);
-  v.setControlVisible(C::TrayFile, m.DeliveryMethod == 2);
+  const bool autosampler = m.DeliveryMethod == Delivery::Autosampler;
+  v.showOption(C::Delivery, autosampler ? kSecondOption : 1);
+  v.setControlVisible(C::ASSetup, autosampler);
+  v.setControlVisible(C::TrayFile, autosampler);
   v.showOption(C::FileType, m.FileType == 2 ? 2 : 1);
   v.showOption(C::Spillover_Box, m.Spillover ? 1 : 0);
   v.showOption(C::UsePrn_Box, m.PrintResults ? 1 : 0);

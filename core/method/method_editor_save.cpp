@@ -51,7 +51,7 @@ void MethodEditor::coloursConfirmed() {
 void MethodEditor::autosamplerSetup() {
   if (!openAutosampler_) return;
   // A method that was read for cuvettes carries no autosampler settings of its own.
-  if (!autosamplerWindowShown_ && editor_.LoadedSettings.DeliveryMethod != 2)
+  if (!autosamplerWindowShown_ && editor_.LoadedSettings.DeliveryMethod != Delivery::Autosampler)
     SetAutosamplerDefaults(state_);
   autosamplerWindowShown_ = true;
   openAutosampler_();

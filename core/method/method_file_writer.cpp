@@ -129,7 +129,8 @@ std::string MethodFileText(const MethodSettings& method) {
   writeHeader(t, method);
   if (method.Fixed) writeFixedSection(t, method);
   if (method.Synch) writeSynchSection(t, method.SynchScan);
-  if (method.DeliveryMethod == 2) writeAutosamplerSection(t, method.Autosampler);
+  if (method.DeliveryMethod == Delivery::Autosampler)
+    writeAutosamplerSection(t, method.Autosampler);
   return t.take();
 }
 

@@ -11,7 +11,7 @@ std::vector<std::string> MethodRunProblems(const MethodSettings& method,
                                            std::int16_t tubeCount) {
   if (auto problem = CheckMethodForRun(method, firstSampleNumber)) return {*problem};
   if (auto problem = InstrumentRangeProblem(method, model)) return {*problem};
-  if (method.DeliveryMethod != 2) return {};
+  if (method.DeliveryMethod != Delivery::Autosampler) return {};
   return AutosamplerRunFaults(method.Autosampler, tubeCount);
 }
 

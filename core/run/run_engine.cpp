@@ -130,7 +130,7 @@ void RunEngine::ResetSamp_Click() {
 
 void RunEngine::keyDown(Key key) {
   // Abort and pause act between tubes; a cuvette run has none, so the keys do nothing there.
-  if (state_.Method.DeliveryMethod != 2) return;
+  if (state_.Method.DeliveryMethod != Delivery::Autosampler) return;
   switch (keys_.keyDown(key)) {
     case StopKeys::Request::Abort:
       trayStatus_.abortRequested();

@@ -17,7 +17,8 @@ std::string whole(int value) {
 
 // Step shared by both ways in: false when autosampler delivery cannot go on.
 bool readyAutosampler(LaunchServices& s) {
-  if (s.state.Method.DeliveryMethod != 2 || s.state.Flags.AutosamplerPortOpen) return true;
+  if (s.state.Method.DeliveryMethod != Delivery::Autosampler || s.state.Flags.AutosamplerPortOpen)
+    return true;
   if (!s.openAutosamplerLink || !s.openAutosamplerLink()) return false;
   s.state.Flags.AutosamplerPortOpen = true;
   return true;
@@ -41,7 +42,7 @@ void carryOn(const TrayResume& r, MethodSettings& method, RunSetup& setup) {
 }  // namespace
 
 std::optional<TrayResume> OfferTrayResume(const AppState& state, Operator& op, bool ask) {
-  if (state.Method.DeliveryMethod != 2) return std::nullopt;
+  if (state.Method.DeliveryMethod != Delivery::Autosampler) return std::nullopt;
   std::optional<TrayResume> resume = FindTrayResume(state.Method, state.DataSet);
   if (!resume || !ask) return resume;
   const int answer =
@@ -52,7 +53,7 @@ std::optional<TrayResume> OfferTrayResume(const AppState& state, Operator& op, b
 
 std::string PureBlankNotice(const MethodSettings& method) {
   const std::string press = "Press:  Yes-Continue; No-Stop; Cancel-Continue without pures";
-  if (method.DeliveryMethod != 2) {
+  if (method.DeliveryMethod != Delivery::Autosampler) {
     return "The requested analysis requires a solvent blank be read first followed by " +
            whole(method.NoPures) + " pure samples (one for each color present)." + "\r" + press;
   }
@@ -99,7 +100,7 @@ RunLaunch LaunchNewDataSet(LaunchServices s, int firstSampleNumber) {
   }
   s.databases.setBuilding(setup.BuildingDatabases);
   if (setup.PuresPending) {
-    launch.autosamplerPures = method.DeliveryMethod == 2;
+    launch.autosamplerPures = method.DeliveryMethod == Delivery::Autosampler;
     setup.PureStartPending = launch.autosamplerPures;
     const int answer = s.op.message(PureBlankNotice(method), "Pure Blank Notification",
                                     BoxIcon::Question, BoxButtons::YesNoCancel);
@@ -116,7 +117,7 @@ RunLaunch LaunchNewDataSet(LaunchServices s, int firstSampleNumber) {
       launch.autosamplerPures = false;
       setup.PureStartPending = false;
       setup.PureIndex = 0;
-      setup.SampleNumber = method.DeliveryMethod == 2 ? 0 : 1;
+      setup.SampleNumber = method.DeliveryMethod == Delivery::Autosampler ? 0 : 1;
     }
   }
   launch.startRun = true;

@@ -11,6 +11,10 @@ namespace zorvel {
 
 inline constexpr int kMaxColours = 30;
 
+// How the samples reach the cuvette: poured in by the operator, or drawn from the tray by the
+// autosampler arm and the dilutor pump.
+enum class Delivery : std::uint8_t { Cuvette, Autosampler };
+
 // The synchronous scan of a method.
 struct SynchScanSettings {
   float ExSl = 0;
@@ -77,7 +81,7 @@ struct MethodSettings {
   float ScanSpeed = 0;
   std::int16_t FilterSetting = 0;  // 1 290 nm .. 5 530 nm, 7 None, 8 1% transmittance
   float PMTVoltage = 0;
-  std::int16_t DeliveryMethod = 1;  // 1 cuvette, 2 autosampler
+  Delivery DeliveryMethod = Delivery::Cuvette;
   bool PrintResults = false;
   float AmtSolvent = 0;
   std::int16_t Repetitions = 0;

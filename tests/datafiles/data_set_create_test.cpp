@@ -44,7 +44,7 @@ TEST(DataSetNaming, OnlyTheFileNamesExtensionIsRemoved) {
 
   MethodSettings m;
   m.Synch = true;
-  m.DeliveryMethod = 2;
+  m.DeliveryMethod = Delivery::Autosampler;
   EXPECT_EQ(DataFileLabel(m, "/d/run1"), "/d/run1.SYN");
   EXPECT_TRUE(DataSetPathsFor(m, "/d/run1") ==
               (DataSetPaths{"", "/d/run1.SYN", "", "", "/d/run1.STL", "/d/run1.SLK", "/d/run1.LOG",

@@ -28,7 +28,7 @@ std::string TrayWorkspace() {
   MethodSettings method;
   method.Fixed = true;
   method.NoColors = 1;
-  method.DeliveryMethod = 2;
+  method.DeliveryMethod = Delivery::Autosampler;
   SetAutosamplerDefaults(method.Autosampler, 96);
   method.Autosampler.AirDryTime = 0;  // no drying wait in real time
   method.Autosampler.TrayDescriptorFile = prefs.TrayGeometryFile;

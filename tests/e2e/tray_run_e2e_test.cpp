@@ -33,7 +33,7 @@ MethodSettings TrayMethod(const std::string& trayFile) {
   m.PMTVoltage = 820;
   m.Repetitions = 1;
   m.AmtSolvent = 1;
-  m.DeliveryMethod = 2;
+  m.DeliveryMethod = Delivery::Autosampler;
   m.Operator = "JS";
   m.StudyId = "Tray";
   m.FixedPairs[1] = {493, 515, 5, 5, 4};

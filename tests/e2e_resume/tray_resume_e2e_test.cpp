@@ -38,7 +38,7 @@ MethodSettings TwelveTubes(const std::string& trayFile) {
   m.PMTVoltage = 820;
   m.Repetitions = 1;
   m.AmtSolvent = 1;
-  m.DeliveryMethod = 2;
+  m.DeliveryMethod = Delivery::Autosampler;
   m.Operator = "JS";
   m.StudyId = "Resume";
   m.FixedPairs[1] = {493, 515, 5, 5, 4};

@@ -128,7 +128,7 @@ TEST(DemoMethods, ThreeMethodsAndTheirTrayReadBack) {
   }
   AppState reader;
   ReadMethodFile(reader, op, state.MethodsDirectory + kDemoTrayMethod);
-  EXPECT_EQ(reader.Method.DeliveryMethod, 2);
+  EXPECT_EQ(reader.Method.DeliveryMethod, Delivery::Autosampler);
   EXPECT_EQ(reader.Method.Autosampler.TrayDescriptorFile,
             state.MethodsDirectory + kDemoTrayGeometry);
   EXPECT_TRUE(op.shown.empty());

@@ -86,7 +86,7 @@ TEST(MethodEditorFields, OptionGroupsStoreTheirIndexAndShowWhatBelongsToThem) {
   e.editor.optionClicked(C::Voltage_grp, 2);
   EXPECT_EQ(m.PMTVoltage, 650);
   e.editor.optionClicked(C::Delivery, 2);
-  EXPECT_EQ(m.DeliveryMethod, 2);
+  EXPECT_EQ(m.DeliveryMethod, Delivery::Autosampler);
   EXPECT_TRUE(e.view.visible[C::ASSetup] && e.view.visible[C::TrayFile]);
   e.editor.optionClicked(C::FileType, 2);
   EXPECT_EQ(e.state.LineEnding, "\r");

@@ -92,7 +92,7 @@ TEST(MethodFile, CodedLinesTakeOnlyTheirExactText) {
   EXPECT_FALSE(state.Method.Spillover);
   EXPECT_FALSE(state.Method.PrintResults);   // only "True" sets it
   EXPECT_EQ(state.Method.FilterSetting, 5);  // unknown filter text: code unchanged
-  EXPECT_EQ(state.Method.DeliveryMethod, 1);
+  EXPECT_EQ(state.Method.DeliveryMethod, Delivery::Cuvette);
   EXPECT_EQ(state.Method.FileType, 1);
   EXPECT_EQ(state.Method.NoColors, 3);
   EXPECT_EQ(state.Method.FixedPairs[3], (ColourDeclaration{617.5f, 640, 12.5f, 2.5f, 10}));

@@ -96,7 +96,7 @@ TEST(ValidateAndSaveMethod, EachCheckFailsOnItsOwnWithItsMessageAndFocus) {
        "of colors.  Please correct!",
        C::nColors_Box,
        [](MethodSettings& m, MethodEditorState&) {
-         m.DeliveryMethod = 2;
+         m.DeliveryMethod = Delivery::Autosampler;
          m.NoColors = 4;
          m.FixedPairs[3] = m.FixedPairs[4] = {400, 500, 5, 5, 0};
        }},

@@ -111,7 +111,7 @@ TEST(RunLaunch, AppendingContinuesTheNumbersWithoutQuestions) {
   EXPECT_NE(std::string::npos, append.printer.currentText().find("Appending Data"));
 
   // Autosampler delivery needs its link: refused settings start no run.
-  method.DeliveryMethod = 2;
+  method.DeliveryMethod = Delivery::Autosampler;
   method.PrintResults = false;
   Launch refused(method);
   refused.autosamplerAccepted = false;
@@ -124,7 +124,7 @@ TEST(RunLaunch, AppendingContinuesTheNumbersWithoutQuestions) {
 
 TEST(RunLaunch, TheAutosamplerNoticeNamesThePureStandardAndBlankTubes) {
   MethodSettings method = ThreeColourMethod(true, false);
-  method.DeliveryMethod = 2;
+  method.DeliveryMethod = Delivery::Autosampler;
   method.Autosampler.StartingTube = 4;
   method.Autosampler.HasStandard = true;
   method.Autosampler.StandardTube = 1;

@@ -110,7 +110,7 @@ class FlowCellFluorimeter final : public sim::LinePeer {
 // samples from tube 5 to 8, both every second tube.
 inline MethodSettings TrayMethod(bool fixed = true, bool synch = false, int repetitions = 1) {
   MethodSettings m = ThreeColourMethod(fixed, synch, repetitions);
-  m.DeliveryMethod = 2;
+  m.DeliveryMethod = Delivery::Autosampler;
   AutosamplerSettings& a = m.Autosampler;
   a.SampleVolume = 750;
   a.AirVolume = 500;

@@ -41,7 +41,7 @@ struct TrayWindow {
     m.FilterSetting = 7;
     m.PMTVoltage = 820;
     m.Repetitions = 1;
-    m.DeliveryMethod = 2;
+    m.DeliveryMethod = Delivery::Autosampler;
     m.FixedPairs[1] = {493, 515, 5, 5, 4};
     m.FixedPairs[2] = {520, 540, 5, 5, 5};
     AutosamplerSettings& a = m.Autosampler;

@@ -11,7 +11,7 @@ RunWindow* OpenRunWindow(QWidget* parent, const RunWindowServices& services, con
   auto line = lines.lineFor(InstrumentKind::Fluorimeter, comPort);
   if (!line) return nullptr;
   RunWindow::TrayLines tray;
-  if (services.state.Method.DeliveryMethod == 2) {
+  if (services.state.Method.DeliveryMethod == Delivery::Autosampler) {
     const Preferences& prefs = services.state.Prefs;
     tray.arm = lines.lineFor(InstrumentKind::Arm, prefs.AutoSampComPort);
     tray.pump = lines.lineFor(InstrumentKind::Pump, prefs.DilComPort);
