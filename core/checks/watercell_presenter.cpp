@@ -31,6 +31,9 @@ const std::array<SetUpStep, 8> kSetUp = {{
     {"Set Response Time", S::Response(0.0f)},
 }};
 
+// The drive sends a point every half second: a line this long quiet has ended its stream.
+constexpr int kDriveQuietS = 2;
+
 }  // namespace
 
 WaterCellPresenter::WaterCellPresenter(AppState& state, Operator& op, Clock& clock,
@@ -71,6 +74,8 @@ void WaterCellPresenter::opened() {
 
 bool WaterCellPresenter::beginStart() {
   if (stage_ != WaterCellStage::WaitingForStart) return false;
+  stopRequested_ = false;
+  view_.setStoppable(true);
   stage_ = WaterCellStage::Running;
   view_.showButtons(ButtonsFor(stage_));
   view_.clearArea(CheckArea::Status);
@@ -79,6 +84,8 @@ bool WaterCellPresenter::beginStart() {
 
 bool WaterCellPresenter::beginRerun() {
   if (!ButtonsFor(stage_).rerun) return false;
+  stopRequested_ = false;
+  view_.setStoppable(true);
   stage_ = WaterCellStage::Running;
   view_.clearArea(CheckArea::Messages);
   view_.showButtons(ButtonsFor(stage_));
@@ -116,6 +123,7 @@ void WaterCellPresenter::closeRequested() {
 }
 
 void WaterCellPresenter::runCheck() {
+  stoppedWhen_.clear();
   log("Watercell run started");
   view_.printLine(CheckArea::Messages, 1, "Setting-up Instrument...Please Wait", true);
   Fluorimeter fluorimeter(line_, clock_, op_, state_.Links, state_.Prefs.Fluorimeter,
@@ -126,11 +134,17 @@ void WaterCellPresenter::runCheck() {
   op_.setBusy(true);
   view_.clearArea(CheckArea::Status);
   if (failure == LinkFailure::None) failure = setUpInstrument(fluorimeter);
-  if (failure == LinkFailure::None) failure = collectDrive(fluorimeter.link());
+  if (failure == LinkFailure::None && stoppedWhen_.empty()) {
+    failure = collectDrive(fluorimeter.link());
+  }
   view_.setProgressVisible(false);
-  if (failure == LinkFailure::None) {
+  if (failure == LinkFailure::None && !stoppedWhen_.empty()) {
+    stopped(stoppedWhen_);
+  } else if (failure == LinkFailure::None) {
+    view_.showStep("Water-cell check: done");
     judge();
   } else {
+    view_.showStep("Water-cell check stopped: " + std::string(DescribeFailure(failure)));
     view_.printLine(CheckArea::Status, 1,
                     "Time drive stopped: " + std::string(DescribeFailure(failure)), true);
     finish(WaterCellStage::Stopped);
@@ -138,10 +152,26 @@ void WaterCellPresenter::runCheck() {
 }
 
 LinkFailure WaterCellPresenter::setUpInstrument(Fluorimeter& fluorimeter) {
+  const int steps = static_cast<int>(kSetUp.size()) + 1;
+  // Each command is answered before the next is sent, so between two the fluorimeter is idle.
+  const auto stopBefore = [&](int done, const char* next) {
+    if (!stopRequested_) {
+      view_.showStep(next);
+      view_.showStepProgress(done, steps);
+      return false;
+    }
+    stoppedWhen_ = done == 0 ? std::string("before its first setting")
+                             : "after setting " + std::to_string(done) + " of " +
+                                   std::to_string(steps - 1) + "; the drive was not started";
+    return true;
+  };
+  int done = 0;
   for (const SetUpStep& step : kSetUp) {
+    if (stopBefore(done++, step.statusText)) return LinkFailure::None;
     const LinkFailure failure = fluorimeter.set(step.setting, step.statusText);
     if (failure != LinkFailure::None) return failure;
   }
+  if (stopBefore(done, "Starting Time Drive")) return LinkFailure::None;
   const TimeDriveHeaderReply header = fluorimeter.startTimeDrive(kPoints, "Starting Time Drive");
   if (header.failure != LinkFailure::None) return header.failure;
   result_.header = header.fields;
@@ -158,7 +188,12 @@ LinkFailure WaterCellPresenter::collectDrive(FluorimeterLink& link) {
   double startS = 0.0;
   int shownPercent = 0;
   std::size_t strays = 0;
+  view_.showStep("Time drive: 0 of " + std::to_string(kPoints) + " points");
   while (sums.count() < kPoints) {
+    if (stopRequested_) {
+      endStoppedDrive(link, sums.count(), sums.count() > 0 ? clock_.monotonicS() - startS : 0.0);
+      return LinkFailure::None;
+    }
     const TerminatedText token = link.ReadNumberToken();
     if (MustStop(token.failure)) return token.failure;
     const bool started = sums.count() > 0;
@@ -181,11 +216,26 @@ LinkFailure WaterCellPresenter::collectDrive(FluorimeterLink& link) {
     if (percent > shownPercent) {
       shownPercent = percent;
       view_.setProgress(percent);
+      view_.showStep("Time drive: " + std::to_string(sums.count()) + " of " +
+                     std::to_string(kPoints) + " points, " +
+                     std::to_string(static_cast<int>(elapsedS)) + " of " +
+                     std::to_string(static_cast<int>(kProgressSpanS)) + " s");
     }
   }
   result_.mean = sums.mean(kPoints);
   result_.standardDeviation = sums.standardDeviation(kPoints);
   return LinkFailure::None;
+}
+
+void WaterCellPresenter::endStoppedDrive(FluorimeterLink& link, int points, double elapsedS) {
+  // The fluorimeter has no command that ends a drive: it streams its points to the last, and
+  // only once it is quiet may it be spoken to again.
+  const double leftS = std::max(0.0, kProgressSpanS - elapsedS);
+  view_.showStep("Stopping: waiting for the fluorimeter to end its drive (at most " +
+                 std::to_string(static_cast<int>(leftS) + 2 * kDriveQuietS) + " s)");
+  link.DrainUntilQuiet(kDriveQuietS, leftS + 2 * kDriveQuietS);
+  stoppedWhen_ = "after " + std::to_string(points) + " of " + std::to_string(kPoints) +
+                 " points; the fluorimeter has ended its drive";
 }
 
 bool WaterCellPresenter::signalAccepted() {
@@ -232,7 +282,17 @@ void WaterCellPresenter::judge() {
   finish(verdict_.within ? WaterCellStage::Within : WaterCellStage::Outside);
 }
 
+void WaterCellPresenter::stopped(const std::string& when) {
+  const std::string told = "Water-cell check stopped " + when +
+                           ". Nothing was stored; the fluorimeter is idle and its port closed.";
+  view_.printLine(CheckArea::Status, 1, "Stopped " + when + ".", true);
+  view_.printLine(CheckArea::Status, 2, "Nothing was stored. Rerun to check again.", false);
+  view_.showStep(told);
+  finish(WaterCellStage::Stopped);
+}
+
 void WaterCellPresenter::finish(WaterCellStage stage) {
+  view_.setStoppable(false);
   op_.setBusy(false);
   line_.close();
   stage_ = stage;

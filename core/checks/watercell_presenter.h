@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <string>
 
 #include "core/checks/watercell_record.h"
@@ -55,6 +56,10 @@ class WaterCellPresenter {
   void runCheck();
   void ok();
   void cancel();
+  // Stop, from any thread while the check runs: it ends at the next point where the fluorimeter
+  // is idle (after the command in progress, or once a started drive has streamed its last
+  // point), stores nothing, and says so.
+  void requestStop() { stopRequested_ = true; }
   // Escape or the window's close box: Cancel before a run, OK where OK is the cancel button,
   // nothing otherwise.
   void closeRequested();
@@ -68,7 +73,9 @@ class WaterCellPresenter {
  private:
   LinkFailure setUpInstrument(Fluorimeter& fluorimeter);
   LinkFailure collectDrive(FluorimeterLink& link);
+  void endStoppedDrive(FluorimeterLink& link, int points, double elapsedS);
   void judge();
+  void stopped(const std::string& when);
   // True when the mean may go on to be judged and stored.
   bool signalAccepted();
   void finish(WaterCellStage stage);
@@ -82,6 +89,9 @@ class WaterCellPresenter {
   WaterCellView& view_;
   WaterCellStage stage_ = WaterCellStage::WaitingForStart;
   WaterCellVerdict verdict_;
+  std::atomic<bool> stopRequested_{false};
+  // Set when Stop ended the drive: how far it had come.
+  std::string stoppedWhen_;
 };
 
 }  // namespace zorvel

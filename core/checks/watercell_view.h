@@ -32,6 +32,11 @@ class WaterCellView {
   virtual void setProgressVisible(bool visible) = 0;
   virtual void setProgress(int percent) = 0;
   virtual void close() = 0;
+  // The step under way (and at the end how the check ended), set-up steps done of steps, and
+  // whether Stop is offered. A view without such a line ignores them.
+  virtual void showStep(const std::string& /*text*/) {}
+  virtual void showStepProgress(int /*done*/, int /*total*/) {}
+  virtual void setStoppable(bool /*stoppable*/) {}
 };
 
 }  // namespace zorvel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -30,8 +31,15 @@ class FakeWaterCellView final : public WaterCellView {
   void clearArea(CheckArea area) override { lines.areas[area].clear(); }
   void showButtons(const WaterCellButtons& b) override { buttons = b; }
   void setProgressVisible(bool visible) override { progressVisible = visible; }
-  void setProgress(int percent) override { progress.push_back(percent); }
+  void setProgress(int percent) override {
+    progress.push_back(percent);
+    if (onProgress) onProgress(percent);
+  }
   void close() override { closed = true; }
+  void showStep(const std::string& text) override {
+    step = text;
+    if (onStep) onStep(text);
+  }
 
   CheckLines lines;
   std::vector<std::string> printed;
@@ -39,6 +47,9 @@ class FakeWaterCellView final : public WaterCellView {
   bool progressVisible = false;
   std::vector<int> progress;
   bool closed = false;
+  std::string step;
+  std::function<void(const std::string&)> onStep;
+  std::function<void(int)> onProgress;
 };
 
 class FakeIntensityView final : public IntensityView {

@@ -235,5 +235,38 @@ TEST_F(WaterCellTest, ADarkMeanBecomesABaselineOnlyWhenTheOperatorSaysSo) {
   EXPECT_FALSE(FileExists(dir + "ZORVEL.MSF"));
 }
 
+// Stop ends the check where the fluorimeter is idle: between two set-up commands, or once a
+// started drive has streamed its last point. Nothing is stored, and the next check runs clean.
+TEST_F(WaterCellOnSimulatorTest, StopEndsWhereTheFluorimeterIsIdleAndStoresNothing) {
+  FakeWaterCellView v;
+  WaterCellPresenter p(state, op, clock, simLine, last, v);
+  p.opened();
+  v.onStep = [&](const std::string& step) {
+    if (step == "Set PMT Voltage") p.requestStop();
+  };
+  p.start();
+  EXPECT_EQ(WaterCellStage::Stopped, p.stage());
+  // The voltage under way when Stop came is set; nothing after it.
+  EXPECT_EQ(5u, fluorimeter.commands().size());
+  EXPECT_EQ("Stopped after setting 5 of 8; the drive was not started.",
+            v.lines.at(CheckArea::Status, 1));
+
+  v.onStep = nullptr;
+  v.onProgress = [&](int percent) {
+    if (percent == 20) p.requestStop();
+  };
+  p.rerun();
+  EXPECT_EQ(WaterCellStage::Stopped, p.stage());
+  EXPECT_EQ(14u, fluorimeter.commands().size());  // the set-up again and the drive; nothing after
+  EXPECT_NE(v.step.find("stopped after"), std::string::npos) << v.step;
+  EXPECT_NE(v.step.find("points; the fluorimeter has ended its drive. Nothing was stored"),
+            std::string::npos)
+      << v.step;
+  EXPECT_FALSE(FileExists(dir + "ZORVEL.MSF"));
+  p.ok();
+  EXPECT_EQ(WaterCellStage::Within, runOnce());
+  EXPECT_TRUE(op.shown.empty());
+}
+
 }  // namespace
 }  // namespace zorvel

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/files/paths.h"
 #include "core/platform/scripted_operator.h"
 #include "core/platform/virtual_clock.h"
 #include "sim/fluorimeter_sim.h"
@@ -78,6 +79,31 @@ TEST_F(WaterCellWindowTest, FreshSimulatorPassesAndLostLampPowerFails) {
   EXPECT_FALSE(second->isVisible());
   EXPECT_SAME_BYTES(stored, testing::readFile(dir + "ZORVEL.MSF"));
   EXPECT_TRUE(op.shown.empty());
+}
+
+// Stop is offered from the moment Start is pressed; the check then ends at once, says so on its
+// line and in the status area, stores nothing, and offers Rerun, with Escape as OK-as-cancel.
+TEST_F(WaterCellWindowTest, StopEndsTheCheckStoringNothing) {
+  ui::WaterCellWindow window(state, op, clock,
+                             std::make_unique<sim::SimulatedLine>(clock, fluorimeter), last);
+  window.show();
+  auto* stop = child<QPushButton>(window, "SequenceStop");
+  EXPECT_FALSE(stop->isEnabled());
+  child<QPushButton>(window, "Start")->click();
+  ASSERT_TRUE(stop->isEnabled());
+  stop->click();
+  for (int waitedMs = 0; window.working() && waitedMs < 10000; waitedMs += 5) QTest::qWait(5);
+  ASSERT_FALSE(window.working());
+  EXPECT_FALSE(stop->isEnabled());
+  EXPECT_EQ(child<QLabel>(window, "SequenceStatus")->text(),
+            "Water-cell check stopped before its first setting. Nothing was stored; the "
+            "fluorimeter is idle and its port closed.");
+  EXPECT_TRUE(child<QLabel>(window, "Status")->text().startsWith("Stopped before"));
+  EXPECT_TRUE(fluorimeter.commands().empty());
+  EXPECT_TRUE(child<QPushButton>(window, "Rerun")->isVisible());
+  QTest::keyClick(&window, Qt::Key_Escape);
+  EXPECT_FALSE(window.isVisible());
+  EXPECT_FALSE(FileExists(dir + "ZORVEL.MSF"));
 }
 
 }  // namespace

@@ -53,4 +53,8 @@ void SequenceBar::showProgress(int done, int total) {
   progress_->setVisible(true);
 }
 
+void SequenceBar::hideProgress() {
+  progress_->setVisible(false);
+}
+
 }  // namespace zorvel::ui

@@ -19,6 +19,8 @@ class SequenceBar final : public QWidget {
   void setRunning(bool running);
   void showStep(const std::string& text);
   void showProgress(int done, int total);
+  // Where the window has a bar of its own for part of the work.
+  void hideProgress();
 
  private:
   QLabel* step_ = nullptr;

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "ui/platform/gui_thread.h"
+#include "ui/windows/sequence_bar.h"
 
 namespace zorvel::ui {
 
@@ -60,6 +61,10 @@ WaterCellWindow::WaterCellWindow(AppState& state, Operator& op, Clock& clock,
   layout->addWidget(status_, 1);
   layout->addWidget(progress_);
   layout->addLayout(buttons);
+  // Stop is the one control while the check runs; it is taken on the window thread and the
+  // drive sees it at its next point.
+  steps_ = new SequenceBar([this] { presenter_.requestStop(); });
+  layout->addWidget(steps_);
 
   connect(start_, &QPushButton::clicked, this, [this] { runOnWorker(presenter_.beginStart()); });
   connect(rerun_, &QPushButton::clicked, this, [this] { runOnWorker(presenter_.beginRerun()); });
@@ -121,11 +126,27 @@ void WaterCellWindow::showButtons(const WaterCellButtons& b) {
 }
 
 void WaterCellWindow::setProgressVisible(bool visible) {
-  onGuiThread([&] { progress_->setVisible(visible); });
+  onGuiThread([&] {
+    progress_->setVisible(visible);
+    // The drive's own bar counts its time; the steps' bar would only repeat it.
+    if (visible) steps_->hideProgress();
+  });
 }
 
 void WaterCellWindow::setProgress(int percent) {
   onGuiThread([&] { progress_->setValue(percent); });
+}
+
+void WaterCellWindow::showStep(const std::string& text) {
+  onGuiThread([&] { steps_->showStep(text); });
+}
+
+void WaterCellWindow::showStepProgress(int done, int total) {
+  onGuiThread([&] { steps_->showProgress(done, total); });
+}
+
+void WaterCellWindow::setStoppable(bool stoppable) {
+  onGuiThread([&] { steps_->setRunning(stoppable); });
 }
 
 void WaterCellWindow::close() {

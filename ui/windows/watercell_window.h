@@ -34,6 +34,9 @@ class WaterCellWindow final : public QDialog, public WaterCellView {
   void setProgressVisible(bool visible) override;
   void setProgress(int percent) override;
   void close() override;
+  void showStep(const std::string& text) override;
+  void showStepProgress(int done, int total) override;
+  void setStoppable(bool stoppable) override;
 
  public slots:
   void reject() override;
@@ -54,6 +57,7 @@ class WaterCellWindow final : public QDialog, public WaterCellView {
   QPushButton* cancel_ = nullptr;
   QPushButton* rerun_ = nullptr;
   QPushButton* ok_ = nullptr;
+  class SequenceBar* steps_ = nullptr;
 };
 
 // Opens the water-cell window modally on the fluorimeter's line and returns when it closes.
