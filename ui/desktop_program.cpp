@@ -22,6 +22,7 @@
 #include "ui/command_line.h"
 #include "ui/desktop_options.h"
 #include "ui/platform/instrument_lines.h"
+#include "ui/platform/pdf_painting.h"
 #include "ui/platform/qt_operator.h"
 #include "ui/platform/qt_printer.h"
 #include "ui/windows/alert_window.h"
@@ -84,7 +85,7 @@ int RunDesktopProgram(int argc, char** argv) {
 
   auto state = std::make_unique<AppState>();
   RealClock clock;
-  QtPrinter printer(QString::fromStdString(options->printTo));
+  QtPrinter printer(QString::fromStdString(options->printTo), PaintingPdfWriter());
   InstrumentLines lines(*state, clock);
   lines.setTraceDirectory(options->traceDirectory);
   printer.setFileWritten([&](const std::string& file) {

@@ -42,7 +42,9 @@ class ConsoleMainView final : public MainView {
 }  // namespace
 
 Context::Context(const Options& opts)
-    : options(opts), printer(QString::fromStdString(opts.printTo)) {
+    : options(opts),
+      printer(QString::fromStdString(opts.printTo),
+              ui::PdfWriterProgram(ui::InstalledPdfWriterProgram())) {
   lines.setTraceDirectory(opts.traceDirectory);
   printer.setFileWritten([this](const std::string& file) {
     WriteLogEntry(state.LogPath, clock, "Printout written to " + file);

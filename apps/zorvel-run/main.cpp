@@ -1,7 +1,6 @@
 // zorvel-run: unattended analysis runs and instrument checks, answered from an answer file.
 #include <QCommandLineParser>
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <iostream>
 
 #include "apps/zorvel-run/commands.h"
@@ -101,9 +100,7 @@ int main(int argc, char** argv) {
   zorvel::ui::NameProgram("zorvel-run");
   Options options;
   if (const auto status = parse(zorvel::ui::ArgumentList(argc, argv), options)) return *status;
-  // Printing to PDF needs fonts, so a GUI application without a screen.
-  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  QGuiApplication app(argc, argv);
+  QCoreApplication app(argc, argv);
   const int modes = (options.watercell ? 1 : 0) + (options.intensity ? 1 : 0) +
                     (options.methodPath.empty() ? 0 : 1) +
                     (options.checkMethodPath.empty() ? 0 : 1);

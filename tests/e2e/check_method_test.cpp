@@ -16,15 +16,22 @@ namespace {
 struct Checked {
   int exitCode = -1;
   std::string out;
+  std::string err;
 };
 
+// Run as from a login without a desktop session, where Qt's GUI side would warn about the
+// missing runtime folder.
 Checked Check(const std::string& dir, const std::string& name, const QStringList& more = {}) {
   QProcess run;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.remove("XDG_RUNTIME_DIR");
+  run.setProcessEnvironment(environment);
   run.start(ZORVEL_RUN_EXECUTABLE, QStringList{"--start-dir", QString::fromStdString(dir),
                                                "--check-method", QString::fromStdString(name)} +
                                        more);
   EXPECT_TRUE(run.waitForFinished(10000));
-  return {run.exitCode(), run.readAllStandardOutput().toStdString()};
+  return {run.exitCode(), run.readAllStandardOutput().toStdString(),
+          run.readAllStandardError().toStdString()};
 }
 
 TEST(CheckMethod, ValidFailingAndUnreadableMethods) {
@@ -35,6 +42,7 @@ TEST(CheckMethod, ValidFailingAndUnreadableMethods) {
   const Checked good = Check(dir, "GOOD.MTH");  // found in the workspace's METHODS
   EXPECT_EQ(good.exitCode, 0);
   EXPECT_EQ(good.out, "Method is valid.\n");
+  EXPECT_EQ(good.err, "");
   EXPECT_EQ(Check(dir, dir + "METHODS/GOOD.MTH", {"--first-number", "-1"}).out,
             "The starting number is negative or undefined.  Please correct.\n");
 

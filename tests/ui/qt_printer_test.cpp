@@ -1,5 +1,7 @@
 #include "ui/platform/qt_printer.h"
 
+#include "ui/platform/pdf_painting.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -18,7 +20,7 @@ TEST(QtPrinter, EachDocumentGoesToAFileOfItsOwnAndIsNamed) {
   testing::qtApp();
   const std::string dir = testing::makeTempDir("print");
   testing::writeFile(dir + "out-2.pdf", "an earlier printout");
-  ui::QtPrinter printer(QString::fromStdString(dir + "out.pdf"));
+  ui::QtPrinter printer(QString::fromStdString(dir + "out.pdf"), ui::PaintingPdfWriter());
   std::vector<std::string> written;
   printer.setFileWritten([&](const std::string& file) { written.push_back(file); });
   for (const char* line : {"first run", "second run"}) {
@@ -41,7 +43,7 @@ TEST(QtPrinter, TheSystemPrinterGetsAPdfAndAFailingCommandIsReported) {
   const std::string dir = testing::makeTempDir("lp");
   testing::writeFile(dir + "lp", "#!/bin/sh\nhead -c 5 \"$1\" > " + dir + "queued\n");
   fs::permissions(dir + "lp", fs::perms::owner_all);
-  ui::QtPrinter printer;
+  ui::QtPrinter printer({}, ui::PaintingPdfWriter());
   std::vector<std::string> problems;
   printer.setProblemReported([&](const std::string& p) { problems.push_back(p); });
   const auto printOne = [&printer](const QString& command) {

@@ -1,16 +1,10 @@
 #include "ui/platform/qt_printer.h"
 
 #include <QDir>
-#include <QFont>
-#include <QFontMetrics>
-#include <QPageLayout>
-#include <QPainter>
-#include <QPdfWriter>
 #include <QProcess>
 #include <QTemporaryFile>
 
 #include "core/platform/print_file_name.h"
-#include "ui/platform/gui_thread.h"
 
 namespace zorvel::ui {
 
@@ -19,36 +13,6 @@ namespace {
 // The system's print command takes the file at once into its queue; a spooler that does not
 // answer within this long is reported rather than waited on.
 constexpr int kPrintCommandMs = 30000;
-
-// Paints the pages in a fixed-pitch font so that tab columns line up as they do on paper.
-bool writePdf(const QString& file, const std::vector<PagePrinter::Page>& pages) {
-  QPdfWriter pdf(file);
-  pdf.setResolution(1200);
-  pdf.setCreator("ZORVEL");
-  QPainter painter;
-  if (!painter.begin(&pdf)) return false;
-  QFont font("Courier New");
-  font.setStyleHint(QFont::TypeWriter);
-  font.setPointSize(10);
-  painter.setFont(font);
-  const int lineHeight = QFontMetrics(font, &pdf).lineSpacing();
-  const int pageHeight = pdf.pageLayout().paintRectPixels(pdf.resolution()).height();
-  bool first = true;
-  for (const auto& page : pages) {
-    if (!first) pdf.newPage();
-    first = false;
-    int y = lineHeight;
-    for (const auto& line : page) {
-      if (y > pageHeight) {
-        pdf.newPage();
-        y = lineHeight;
-      }
-      painter.drawText(0, y, QString::fromLatin1(line.data(), static_cast<int>(line.size())));
-      y += lineHeight;
-    }
-  }
-  return painter.end();
-}
 
 // Hands a PDF to the system's default printer through its print command; empty when it was
 // queued, otherwise why not.
@@ -82,8 +46,8 @@ void QtPrinter::endDocument() {
   if (!hasText) return;
   if (!pdfPath_.isEmpty()) {
     const std::string file = NextFreePrintFile(pdfPath_.toStdString(), nextFile_);
-    const bool written = onGuiThread([&] { return writePdf(QString::fromStdString(file), pages); });
-    if (!written) return report("The printout could not be written to " + file + ".");
+    if (!writePdf_(file, pages))
+      return report("The printout could not be written to " + file + ".");
     ++sent_;
     if (fileWritten_) fileWritten_(file);
     return;
@@ -93,7 +57,7 @@ void QtPrinter::endDocument() {
   QTemporaryFile file(QDir::tempPath() + "/zorvel-printout-XXXXXX.pdf");
   if (!file.open()) return report("The printout could not be prepared: no temporary file.");
   file.close();
-  if (!onGuiThread([&] { return writePdf(file.fileName(), pages); }))
+  if (!writePdf_(file.fileName().toStdString(), pages))
     return report("The printout could not be prepared in " + file.fileName().toStdString() + ".");
   if (const std::string problem = sendToPrinter(file.fileName(), printCommand_); !problem.empty())
     return report("The printout was not printed: " + problem + ".");

@@ -6,18 +6,21 @@
 
 #include "core/platform/page_printer.h"
 #include "core/platform/printer.h"
+#include "ui/platform/pdf_pages.h"
 
 namespace zorvel::ui {
 
-// The desktop printer: lines are laid out as plain text pages (the same model the tests
-// check) and, at the end of the document, written as a PDF: to a file of the operator's, or
-// handed to the system's default printer through its print command ("lp"). No step of it
-// waits without a bound, and what goes wrong is reported, never shown in a box of its own.
+// The programs' printer: lines are laid out as plain text pages (the same model the tests
+// check) and, at the end of the document, written as a PDF by `writePdf`: to a file of the
+// operator's, or handed to the system's default printer through its print command ("lp"). No
+// step of it waits without a bound, and what goes wrong is reported, never shown in a box of
+// its own.
 class QtPrinter final : public Printer {
  public:
   // An empty pdfPath prints on the system's default printer. Otherwise each document goes to
   // a file of its own (NextFreePrintFile): pdfPath, then its "-2", "-3", ... forms.
-  explicit QtPrinter(QString pdfPath = {}) : pdfPath_(std::move(pdfPath)) {}
+  QtPrinter(QString pdfPath, PdfWriter writePdf)
+      : pdfPath_(std::move(pdfPath)), writePdf_(std::move(writePdf)) {}
   // Told the name of every file a document was written to (the program log records it).
   void setFileWritten(std::function<void(const std::string&)> fileWritten) {
     fileWritten_ = std::move(fileWritten);
@@ -39,6 +42,7 @@ class QtPrinter final : public Printer {
 
  private:
   QString pdfPath_;
+  PdfWriter writePdf_;
   PagePrinter pages_;
   int sent_ = 0;
   int nextFile_ = 1;
