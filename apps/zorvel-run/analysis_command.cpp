@@ -282,18 +282,16 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
     hooks.yield = [&run, &traySignals] { traySignals->deliver(run); };
     hooks.note = [&context](const std::string& note) { context.out << note << std::endl; };
     run.attachAutosampler(*tray->arm, *tray->pump, hooks);
-    // The status file beside the set follows every change of the tray run.
-    const RunStatusContext status{
-        std::to_string(ZORVEL_VERSION_MAJOR) + "." + std::to_string(ZORVEL_VERSION_MINOR) + "." +
-            std::to_string(ZORVEL_VERSION_PATCH),
-        !start->setup.simulated.empty(), context.state.DataSet.MethodFilePath,
-        context.state.DataSet.FixPath.empty() ? context.state.DataSet.SynPath
-                                              : context.state.DataSet.FixPath};
-    run.trayStatus().setListener(
-        [status, path = RunStatusPath(context.state.DataSet)](const TrayStatus& now) {
-          WriteRunStatus(path, RunStatusJson(now, status));
-        });
   }
+  // The status file beside the set follows every change of the run.
+  const DataSetPaths& set = context.state.DataSet;
+  KeepRunStatusFile(run.trayStatus(),
+                    RunStatusContext{std::to_string(ZORVEL_VERSION_MAJOR) + "." +
+                                         std::to_string(ZORVEL_VERSION_MINOR) + "." +
+                                         std::to_string(ZORVEL_VERSION_PATCH),
+                                     !start->setup.simulated.empty(), set.MethodFilePath,
+                                     set.FixPath.empty() ? set.SynPath : set.FixPath},
+                    RunStatusPath(set));
   run.Form_Load();
   if (const auto ended = answerUntilClosed(context, run, view, op, traySignals)) return *ended;
   run.Form_Unload();

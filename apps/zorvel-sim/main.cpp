@@ -110,8 +110,8 @@ class PortsFileGuard {
   explicit PortsFileGuard(std::string path)
       : path_(std::move(path)), previous_(readWholeFile(path_)) {}
   bool write(const std::vector<PortAssignment>& assignments) {
-    written_ = FormatPortsFile(assignments);
-    return WritePortsFile(path_, assignments);
+    written_ = FormatPortsFile(assignments, true);
+    return WritePortsFile(path_, assignments, true);
   }
   ~PortsFileGuard() {
     if (!written_ || readWholeFile(path_) != written_) return;

@@ -80,7 +80,7 @@ std::optional<std::string> PortsFileProblem(std::string_view text, const std::st
     ++lineNumber;
     if (ParsePortAssignment(line)) {
       ++assignments;
-    } else if (!trimBlanks(line).empty()) {
+    } else if (!trimBlanks(line).empty() && trimBlanks(line) != kSimulatorLine) {
       bool printable = true;
       for (const char c : line) {
         const auto byte = static_cast<unsigned char>(c);
@@ -98,21 +98,32 @@ std::optional<std::string> PortsFileProblem(std::string_view text, const std::st
          ": the file holds no COMn?=DEVICE line; delete it to use the machine's own ports.";
 }
 
-std::string FormatPortsFile(const std::vector<PortAssignment>& assignments) {
+std::string FormatPortsFile(const std::vector<PortAssignment>& assignments, bool bySimulator) {
   std::string out;
   for (const PortAssignment& a : assignments) {
     out += "COM" + text::plain(a.comPort) + "?=" + a.device + "\r\n";
   }
+  if (bySimulator) out += std::string(kSimulatorLine) + "\r\n";
   return out;
 }
 
 PortMap BuildPortMap(const std::vector<std::string>& commandLine, std::string_view portsFileText,
                      std::vector<std::string>* rejected) {
   PortMap map;
-  for (const PortAssignment& a : ParsePortsFile(portsFileText)) map.devices[a.comPort] = a.device;
+  bool bySimulator = false;
+  for (std::string_view text = portsFileText; !text.empty() && !bySimulator;) {
+    const std::size_t end = text.find('\n');
+    bySimulator = trimBlanks(text.substr(0, end)) == kSimulatorLine;
+    text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
+  }
+  for (const PortAssignment& a : ParsePortsFile(portsFileText)) {
+    map.devices[a.comPort] = a.device;
+    if (bySimulator) map.simulatorPorts.insert(a.comPort);
+  }
   for (const std::string& entry : commandLine) {
     if (auto a = ParsePortAssignment(entry)) {
       map.devices[a->comPort] = a->device;
+      map.simulatorPorts.erase(a->comPort);
     } else if (rejected != nullptr) {
       rejected->push_back(entry);
     }
@@ -143,8 +154,9 @@ PortMap LoadPortMap(const std::vector<std::string>& commandLine, const std::stri
   return BuildPortMap(commandLine, text, rejected);
 }
 
-bool WritePortsFile(const std::string& path, const std::vector<PortAssignment>& assignments) {
-  return WriteWholeFile(path, FormatPortsFile(assignments));
+bool WritePortsFile(const std::string& path, const std::vector<PortAssignment>& assignments,
+                    bool bySimulator) {
+  return WriteWholeFile(path, FormatPortsFile(assignments, bySimulator));
 }
 
 }  // namespace zorvel

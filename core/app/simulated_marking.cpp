@@ -11,7 +11,7 @@ constexpr int kComPorts = 4;
 std::string SimulatedMarking(const PortMap& ports, const Preferences& prefs) {
   std::string names;
   const auto add = [&](InstrumentKind kind, int comPort) {
-    if (!ports.isSimulated(comPort)) return;
+    if (!ports.leadsToSimulator(comPort)) return;
     names += (names.empty() ? "" : ", ") + std::string(InstrumentName(kind));
   };
   add(InstrumentKind::Fluorimeter, prefs.FlComPort);
@@ -29,7 +29,7 @@ std::string MarkedTitle(const std::string& title, const std::string& marking) {
 std::string SimulatedPortsLogText(const PortMap& ports) {
   std::string list;
   for (int com = 1; com <= kComPorts; ++com) {
-    if (ports.isSimulated(com)) list += (list.empty() ? "COM" : ", COM") + std::to_string(com);
+    if (ports.leadsToSimulator(com)) list += (list.empty() ? "COM" : ", COM") + std::to_string(com);
   }
   return list.empty() ? std::string() : "Simulated ports: " + list;
 }

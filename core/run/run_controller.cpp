@@ -3,8 +3,10 @@
 #include <cctype>
 
 #include "core/run/cuvette_plan.h"
+#include "core/run/cuvette_status.h"
 #include "core/run/run_alert_log.h"
 #include "core/run/run_engine.h"
+#include "core/run/run_view_tap.h"
 #include "core/run/tray_run.h"
 
 namespace zorvel {
@@ -39,12 +41,17 @@ RunServices through(const RunServices& s, Operator& op) {
 
 RunController::RunController(RunServices services, const RunSetup& setup, RunView& view)
     : unattended_(std::make_unique<UnattendedOperator>(services.op)),
-      engine_(std::make_unique<RunEngine>(through(services, *unattended_), setup, view,
+      viewTap_(std::make_unique<RunViewTap>(view)),
+      engine_(std::make_unique<RunEngine>(through(services, *unattended_), setup, *viewTap_,
                                           StopRequested, PauseRequested)),
       plan_(std::make_unique<CuvettePlan>(*engine_, setup)),
+      cuvetteStatus_(std::make_unique<CuvetteStatusFeed>(*engine_, *viewTap_)),
       setup_(setup) {}
 
 void RunController::attachAutosampler(Arm& arm, Pump& pump, const TrayHooks& hooks) {
+  cuvetteStatus_.reset();
+  // No tray run has started yet.
+  engine_->trayStatus().moved(TrayRunState::Idle);
   auto tray = std::make_unique<TrayRun>(*engine_, setup_, arm, pump, *unattended_, hooks);
   tray_ = tray.get();
   plan_ = std::move(tray);

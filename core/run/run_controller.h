@@ -13,9 +13,11 @@
 namespace zorvel {
 
 class Arm;
+class CuvetteStatusFeed;
 class Pump;
 class RunEngine;
 class RunPlan;
+class RunViewTap;
 class TrayRun;
 class UnattendedOperator;
 struct TrayHooks;
@@ -84,7 +86,7 @@ class RunController {
   // After Quit: the control database holds entries, so the trend window is due.
   bool controlDataExist() const;
   int sampleNumber() const;
-  // Where a tray run stands (any thread).
+  // Where the run stands (any thread): a tray run's tubes, or a cuvette run's states.
   TrayStatusBoard& trayStatus();
   // Readings the operator gave up writing (the disk refused their records).
   int readingsNotRecorded() const;
@@ -94,8 +96,10 @@ class RunController {
 
  private:
   std::unique_ptr<UnattendedOperator> unattended_;
+  std::unique_ptr<RunViewTap> viewTap_;
   std::unique_ptr<RunEngine> engine_;
   std::unique_ptr<RunPlan> plan_;
+  std::unique_ptr<CuvetteStatusFeed> cuvetteStatus_;
   TrayRun* tray_ = nullptr;
   RunSetup setup_;
 };

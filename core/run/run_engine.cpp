@@ -181,6 +181,7 @@ void RunEngine::numberTube(SampleType type, bool& pureStartPending) {
 
 void RunEngine::numberReading(SampleType type) {
   if (numbering_.numberReading(type)) instrument_.acquisition().forgetSlits();
+  trayStatus_.tubeStarted(0, 0, SampleTypeName(type), numbering_.current());
 }
 
 bool RunEngine::numberWithinRange(SampleType type) {

@@ -72,6 +72,7 @@ bool RunStateMachine::fire(RunEvent event) {
   for (const RunTransition& t : kTransitions) {
     if (t.from == state_.load() && t.event == event) {
       state_.store(t.to);
+      if (listener_) listener_(event, t.to);
       return true;
     }
   }

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "core/run/run_types.h"
 
@@ -44,9 +46,13 @@ class RunStateMachine {
   bool accepts(RunEvent event) const;
   // Takes the move for the event; false (and no move) when the table has none.
   bool fire(RunEvent event);
+  // Told every move taken, on the thread that fired it; set while no move can be under way.
+  using Listener = std::function<void(RunEvent event, RunState to)>;
+  void setListener(Listener listener) { listener_ = std::move(listener); }
 
  private:
   std::atomic<RunState> state_{RunState::AwaitingInit};
+  Listener listener_;
 };
 
 }  // namespace zorvel

@@ -77,4 +77,13 @@ bool WriteRunStatus(const std::string& path, const std::string& json) {
   return !path.empty() && WriteWholeFile(path, json);
 }
 
+void KeepRunStatusFile(TrayStatusBoard& board, const RunStatusContext& context,
+                       const std::string& path, std::function<void()> told) {
+  WriteRunStatus(path, RunStatusJson(board.snapshot(), context));
+  board.setListener([context, path, told = std::move(told)](const TrayStatus& now) {
+    if (told) told();
+    WriteRunStatus(path, RunStatusJson(now, context));
+  });
+}
+
 }  // namespace zorvel

@@ -123,6 +123,10 @@ void TrayStatusBoard::ended(TrayRunEnd why) {
   });
 }
 
+void TrayStatusBoard::moved(TrayRunState state) {
+  change([state](TrayStatus& s) { s.state = state; });
+}
+
 std::string TrayRunStateName(TrayRunState state) {
   switch (state) {
     case TrayRunState::Idle:
@@ -139,6 +143,12 @@ std::string TrayRunStateName(TrayRunState state) {
       return "abort requested";
     case TrayRunState::Ended:
       return "ended";
+    case TrayRunState::AwaitingInit:
+      return "awaiting init";
+    case TrayRunState::AwaitingRead:
+      return "awaiting read";
+    case TrayRunState::AwaitingDecision:
+      return "awaiting decision";
   }
   return "";
 }
@@ -155,6 +165,8 @@ std::string TrayRunEndName(TrayRunEnd end) {
       return "terminated";
     case TrayRunEnd::InstrumentLost:
       return "instrument lost";
+    case TrayRunEnd::Quit:
+      return "quit";
   }
   return "";
 }

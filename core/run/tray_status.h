@@ -17,6 +17,10 @@ enum class TrayRunState {
   Paused,          // waiting for F11
   AbortRequested,  // F5: the question comes after the tube now in the cycle
   Ended,
+  // A cuvette run's waits for the operator (a tray run never shows them).
+  AwaitingInit,      // the window is open, Init not pressed
+  AwaitingRead,      // the next cuvette is asked for
+  AwaitingDecision,  // the reading is in: accept, reject, control or blank
 };
 
 // Why a tray run ended.
@@ -26,6 +30,7 @@ enum class TrayRunEnd {
   Aborted,         // the operator confirmed an abort
   Terminated,      // the program was being ended
   InstrumentLost,  // an instrument stopped answering
+  Quit,            // the operator quit a cuvette run
 };
 
 // What a tray run tells about itself, whole: the run window shows it and a watcher may copy it
@@ -80,6 +85,8 @@ class TrayStatusBoard {
   void resumed();
   void alert(const std::string& line);
   void ended(TrayRunEnd why);
+  // A cuvette run's state, as its table moves it.
+  void moved(TrayRunState state);
 
  private:
   template <typename Change>

@@ -75,6 +75,22 @@ TEST(SimulatedMarking, NamesTheInstrumentsInUseThatAreSimulated) {
   EXPECT_EQ(SimulatedPortsLogText(BuildPortMap({}, "")), "");
 }
 
+// zorvel-sim's pseudo-terminals are marked as its own in the ports file it writes; a port the
+// command line moves elsewhere is real again.
+TEST(SimulatedMarking, PortsAZorvelSimFileAssignsLeadToASimulator) {
+  const std::string file = FormatPortsFile({{1, "/dev/pts/7"}, {3, "/dev/pts/9"}}, true);
+  EXPECT_SAME_BYTES("COM1?=/dev/pts/7\r\nCOM3?=/dev/pts/9\r\nSimulator?=zorvel-sim\r\n", file);
+  EXPECT_EQ(std::nullopt, PortsFileProblem(file, "ZORVEL.PORTS"));
+  const PortMap map = BuildPortMap({"COM3=/dev/ttyUSB0"}, file);
+  EXPECT_TRUE(map.leadsToSimulator(1));
+  EXPECT_FALSE(map.isSimulated(1));  // no cuvettes handed over in process
+  EXPECT_FALSE(map.leadsToSimulator(3));
+  EXPECT_FALSE(BuildPortMap({}, "COM1?=/dev/pts/7\r\n").leadsToSimulator(1));
+  Preferences prefs;
+  prefs.AutoSampler = true;
+  EXPECT_EQ(SimulatedMarking(map, prefs), "SIMULATED fluorimeter");
+}
+
 }  // namespace
 }  // namespace zorvel
 

@@ -1,11 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include "core/run/run_status_file.h"
+#include "run/run_fixture.h"
 #include "run/tray_fixture.h"
 
 namespace zorvel {
 namespace {
 
+using testing::RunFixture;
+using testing::ThreeColourMethod;
 using testing::TrayFixture;
 using testing::TrayMethod;
 
@@ -20,26 +25,60 @@ TEST(RunStatusFile, SaysNothingStartedBeforeReadAndEscapesTextAsJson) {
             json.find("\"lastMessage\": \"Tube \\\"7\\\"\\u0009done \xC2\xB5l\"\n}\n"));
 }
 
-// The file at every change of a tray run: always whole, through every state to the end.
-TEST(RunStatusFile, FollowsATrayRunThroughItsStatesAndKeepsTheEnd) {
-  TrayFixture fx(TrayMethod());
-  const std::string path = RunStatusPath(fx.state.DataSet);
-  std::vector<std::string> states;
-  fx.controller->trayStatus().setListener([&](const TrayStatus& now) {
+std::string field(const std::string& json, const std::string& name) {
+  const std::size_t at = json.find("\"" + name + "\": ") + name.size() + 4;
+  std::string value = json.substr(at, json.find('\n', at) - at);
+  if (value.back() == ',') value.pop_back();
+  return value;
+}
+
+// Writes the file at every change of the board and reads it straight back: it must be whole
+// each time. Returns the states it passed through, each once in a row.
+std::shared_ptr<std::vector<std::string>> followStates(TrayStatusBoard& board,
+                                                       const std::string& path) {
+  auto states = std::make_shared<std::vector<std::string>>();
+  board.setListener([path, states](const TrayStatus& now) {
     ASSERT_TRUE(WriteRunStatus(path, RunStatusJson(now, {"1.0.0", true, "T.MTH", "T.FIX"})));
     const std::string json = testing::readFile(path);
     ASSERT_EQ("{\n", json.substr(0, 2));
     ASSERT_EQ("}\n", json.substr(json.size() - 2));
-    const std::size_t at = json.find("\"state\": \"") + 10;
-    const std::string state = json.substr(at, json.find('"', at) - at);
-    if (states.empty() || states.back() != state) states.push_back(state);
+    const std::string state = field(json, "state");
+    if (states->empty() || states->back() != state) states->push_back(state);
   });
+  return states;
+}
+
+TEST(RunStatusFile, FollowsATrayRunThroughItsStatesAndKeepsTheEnd) {
+  TrayFixture fx(TrayMethod());
+  const std::string path = RunStatusPath(fx.state.DataSet);
+  const auto states = followStates(fx.controller->trayStatus(), path);
   fx.controller->press(RunButton::InitRead);
   fx.controller->press(RunButton::InitRead);
-  EXPECT_EQ((std::vector<std::string>{"setting up", "reading", "ended"}), states);
-  const std::string last = testing::readFile(path);
-  EXPECT_NE(std::string::npos, last.find("\"ended\": \"completed\"")) << last;
+  EXPECT_EQ((std::vector<std::string>{"\"setting up\"", "\"reading\"", "\"ended\""}), *states);
+  EXPECT_EQ("\"completed\"", field(testing::readFile(path), "ended"));
   fx.controller->trayStatus().setListener({});
+}
+
+// A cuvette run waits for the operator between its readings: the file says for what, and which
+// reading is on hand.
+TEST(RunStatusFile, FollowsACuvetteRunThroughItsWaitsToTheQuit) {
+  RunFixture run(ThreeColourMethod(true, false));
+  const std::string path = RunStatusPath(run.state.DataSet);
+  const auto states = followStates(run.controller->trayStatus(), path);
+  run.controller->press(RunButton::InitRead);
+  run.controller->press(RunButton::InitRead);
+  const std::string decision = testing::readFile(path);
+  EXPECT_EQ("\"Sample\"", field(decision, "sampleType"));
+  EXPECT_EQ("1", field(decision, "sampleNumber"));
+  EXPECT_EQ("\"[A]ccept/[R]eject/[C]ontrol/[B]lank\"", field(decision, "lastMessage"));
+  EXPECT_NE("null", field(decision, "started"));
+  run.controller->press(RunButton::Accept);
+  run.controller->press(RunButton::Quit);
+  EXPECT_EQ((std::vector<std::string>{"\"setting up\"", "\"awaiting read\"", "\"reading\"",
+                                      "\"awaiting decision\"", "\"awaiting read\"", "\"ended\""}),
+            *states);
+  EXPECT_EQ("\"quit\"", field(testing::readFile(path), "ended"));
+  run.controller->trayStatus().setListener({});
 }
 
 }  // namespace

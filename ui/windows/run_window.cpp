@@ -81,14 +81,14 @@ RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
                                    state.Method.Autosampler);
     controller_->attachAutosampler(*arm_, *pump_, TrayHooks{});
     tubeRange_->setVisible(true);
-    const auto& v = state.AppVersion;
-    const DataSetPaths& set = state.DataSet;
-    watchTrayStatus(RunStatusContext{std::to_string(v[0]) + "." + std::to_string(v[1]) + "." +
-                                         std::to_string(v[2]),
-                                     !setup.simulated.empty(), set.MethodFilePath,
-                                     set.FixPath.empty() ? set.SynPath : set.FixPath},
-                    RunStatusPath(set));
   }
+  const auto& v = services.state.AppVersion;
+  const DataSetPaths& set = services.state.DataSet;
+  watchStatus(RunStatusContext{std::to_string(v[0]) + "." + std::to_string(v[1]) + "." +
+                                   std::to_string(v[2]),
+                               !setup.simulated.empty(), set.MethodFilePath,
+                               set.FixPath.empty() ? set.SynPath : set.FixPath},
+              RunStatusPath(set));
   connectControls();
   controller_->LayOut();
   // The dilutor's initialisation takes seconds: it runs on the worker, and the run's buttons
@@ -210,26 +210,27 @@ void RunWindow::pushVerticalScale() {
   controller_->SetVerticalScale(*low, *high);
 }
 
-void RunWindow::watchTrayStatus(const RunStatusContext& file, const std::string& path) {
-  // Every change shows at once, and replaces the status file beside the set; the times tick
-  // every second between changes.
+void RunWindow::watchStatus(const RunStatusContext& file, const std::string& path) {
+  // Every change replaces the status file beside the set; a tray run's also shows at once
+  // (before the file's write waits for the disk), its times ticking every second between.
   QPointer<RunWindow> self(this);
-  controller_->trayStatus().setListener([self, file, path](const TrayStatus& now) {
-    if (self) {
+  std::function<void()> show;
+  if (arm_) {
+    show = [self] {
+      if (!self) return;
       QMetaObject::invokeMethod(
           self,
           [self] {
             if (self) self->refreshTrayStatus();
           },
           Qt::QueuedConnection);
-    }
-    // After the window is told: the file's write waits for the disk.
-    WriteRunStatus(path, RunStatusJson(now, file));
-  });
-  tick_ = new QTimer(this);
-  tick_->setInterval(1000);
-  connect(tick_, &QTimer::timeout, this, [this] { refreshTrayStatus(); });
-  tick_->start();
+    };
+    tick_ = new QTimer(this);
+    tick_->setInterval(1000);
+    connect(tick_, &QTimer::timeout, this, [this] { refreshTrayStatus(); });
+    tick_->start();
+  }
+  KeepRunStatusFile(controller_->trayStatus(), file, path, std::move(show));
 }
 
 void RunWindow::refreshTrayStatus() {

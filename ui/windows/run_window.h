@@ -119,7 +119,7 @@ class RunWindow final : public QWidget, public RunView {
   QPushButton* buttonFor(RunButton button) const;
   // The tray run's panel and TimeInfo, from the run's status as it stands now.
   void refreshTrayStatus();
-  void watchTrayStatus(const RunStatusContext& file, const std::string& path);
+  void watchStatus(const RunStatusContext& file, const std::string& path);
 
   Clock& clock_;
   std::unique_ptr<SerialLine> line_;
