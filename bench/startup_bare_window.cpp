@@ -1,5 +1,5 @@
 // The bare Qt Widgets window that bench_startup measures the program's start-up against: a main
-// window with one label, linked against Qt Widgets alone. The benchmark's preloaded hook ends it.
+// window with one label, linked against Qt Widgets alone. The benchmark ends it.
 #include <QApplication>
 #include <QLabel>
 #include <QMainWindow>
