@@ -94,7 +94,7 @@ MethodSettings LongSetMethod(int colours) {
   m.NoPures = m.NoColors;
   m.ReadTime = 1;
   m.ReadTimePures = 1;
-  m.FileType = 1;
+  m.FileType = DataFileType::DosWindows;
   for (int i = 1; i <= colours; ++i) {
     m.FixedPairs[static_cast<std::size_t>(i)] = {350.0f + i, 400.0f + i, 5, 5,
                                                  static_cast<std::int16_t>(i % 14)};

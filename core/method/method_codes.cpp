@@ -48,11 +48,11 @@ Delivery DeliveryFromText(std::string_view text) {
   return text == "AutoSampler" ? Delivery::Autosampler : Delivery::Cuvette;
 }
 
-std::string_view FileTypeText(std::int16_t code) {
-  return code == 2 ? "Macintosh" : "DOS/Windows";
+std::string_view FileTypeText(DataFileType type) {
+  return type == DataFileType::Macintosh ? "Macintosh" : "DOS/Windows";
 }
-std::int16_t FileTypeFromText(std::string_view text) {
-  return text == "Macintosh" ? 2 : 1;
+DataFileType FileTypeFromText(std::string_view text) {
+  return text == "Macintosh" ? DataFileType::Macintosh : DataFileType::DosWindows;
 }
 
 std::string_view ResolutionText(std::int16_t code) {
@@ -77,8 +77,8 @@ std::string_view FlagText(bool flag) {
 
 namespace zorvel {
 
-std::string LineEndingFor(std::int16_t fileType) {
-  return fileType == 1 ? "\r\n" : "\r";
+std::string LineEndingFor(DataFileType type) {
+  return type == DataFileType::DosWindows ? "\r\n" : "\r";
 }
 
 }  // namespace zorvel

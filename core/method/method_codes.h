@@ -19,9 +19,9 @@ void ApplyFilterText(std::string_view text, std::int16_t& code);
 std::string_view DeliveryText(Delivery delivery);
 Delivery DeliveryFromText(std::string_view text);
 
-// 2 "Macintosh", anything else "DOS/Windows".
-std::string_view FileTypeText(std::int16_t code);
-std::int16_t FileTypeFromText(std::string_view text);
+// "Macintosh" or "DOS/Windows"; any other text reads as DOS/Windows.
+std::string_view FileTypeText(DataFileType type);
+DataFileType FileTypeFromText(std::string_view text);
 
 // 2 "Fine", anything else "Standard".
 std::string_view ResolutionText(std::int16_t code);
@@ -37,7 +37,7 @@ std::string_view FlagText(bool flag);
 
 namespace zorvel {
 
-// The data files' line terminator for a FileType code: CR LF for 1 (DOS/Windows), CR otherwise.
-std::string LineEndingFor(std::int16_t fileType);
+// The data files' line terminator: CR LF for DOS/Windows, CR for Macintosh.
+std::string LineEndingFor(DataFileType type);
 
 }  // namespace zorvel

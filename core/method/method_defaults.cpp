@@ -50,7 +50,7 @@ void SetMethodDefaults(AppState& state) {
   m.ReadTime = 1;
   m.ReadTimePures = 10;
   m.SynchScan = SynchScanSettings{4, 4, 360, 700, 15, 0.5f};
-  m.FileType = 1;
+  m.FileType = DataFileType::DosWindows;
   m.DeliveryMethod = Delivery::Cuvette;
   m.PrintResults = false;
   m.AmtSolvent = 2;

@@ -191,7 +191,7 @@ void MethodEditor::optionClicked(MethodControl group, int index) {
       view().setControlVisible(C::TrayFile, m.DeliveryMethod == Delivery::Autosampler);
       break;
     case C::FileType:
-      m.FileType = static_cast<std::int16_t>(index);
+      m.FileType = index == kSecondOption ? DataFileType::Macintosh : DataFileType::DosWindows;
       state_.LineEnding = LineEndingFor(m.FileType);
       break;
     default:
@@ -282,7 +282,7 @@ void MethodEditor::showOptions() {
   v.showOption(C::Delivery, autosampler ? kSecondOption : 1);
   v.setControlVisible(C::ASSetup, autosampler);
   v.setControlVisible(C::TrayFile, autosampler);
-  v.showOption(C::FileType, m.FileType == 2 ? 2 : 1);
+  v.showOption(C::FileType, m.FileType == DataFileType::Macintosh ? kSecondOption : 1);
   v.showOption(C::Spillover_Box, m.Spillover ? 1 : 0);
   v.showOption(C::UsePrn_Box, m.PrintResults ? 1 : 0);
 }

@@ -15,6 +15,9 @@ inline constexpr int kMaxColours = 30;
 // autosampler arm and the dilutor pump.
 enum class Delivery : std::uint8_t { Cuvette, Autosampler };
 
+// The line ends of the data files: CR LF (DOS/Windows) or CR alone (Macintosh).
+enum class DataFileType : std::uint8_t { DosWindows, Macintosh };
+
 // The synchronous scan of a method.
 struct SynchScanSettings {
   float ExSl = 0;
@@ -85,7 +88,7 @@ struct MethodSettings {
   bool PrintResults = false;
   float AmtSolvent = 0;
   std::int16_t Repetitions = 0;
-  std::int16_t FileType = 1;  // 1 DOS/Windows (CR LF), 2 Macintosh (CR)
+  DataFileType FileType = DataFileType::DosWindows;
   std::string Operator;
   std::string StudyId;
 

@@ -6,6 +6,7 @@
 #include "core/datafiles/data_set_headers.h"
 #include "core/datafiles/last_sample_number.h"
 #include "core/files/file_output.h"
+#include "core/method/method_codes.h"
 #include "core/method/method_file.h"
 #include "core/platform/scripted_operator.h"
 #include "method/method_examples.h"
@@ -42,7 +43,7 @@ SavedSet makeSet(const MethodSettings& method, const std::string& name,
   AppState writer;
   FillColourTables(writer);
   writer.Method = method;
-  writer.LineEnding = method.FileType == 2 ? "\r" : "\r\n";
+  writer.LineEnding = LineEndingFor(method.FileType);
   writer.DataSet.MethodFilePath = set.methodPath;
   NoQualityDatabases none;
   WriteDataSetHeaders(writer, set.directory + name, CalendarTime{}, none);
@@ -91,7 +92,7 @@ TEST(ReopenDataFileSet, SetOfPuresAloneStartsAtOne) {
 
 TEST(ReopenDataFileSet, ScanSetInMacintoshLineEnds) {
   MethodSettings method = testing::SynchAutosamplerMethod();
-  method.FileType = 2;
+  method.FileType = DataFileType::Macintosh;
   const SavedSet set = makeSet(method, "plate.syn",
                                "B0  1 2 \rP1  1.5 2 \rS1  3 4 \rC1  3 4 \rS3  1 2 \rB3  0 0 \r");
   AppState state;

@@ -38,7 +38,7 @@ TEST(NewMethodFile, WithoutTemplateTakesTheDefaults) {
   EXPECT_TRUE(op.shown.empty());
   const MethodSettings& m = state.Method;
   EXPECT_TRUE(m.Fixed && !m.Synch && m.Spillover);
-  EXPECT_EQ(m.FileType, 1);
+  EXPECT_EQ(m.FileType, DataFileType::DosWindows);
   EXPECT_TRUE(m.Operator.empty() && m.StudyId.empty());
   EXPECT_EQ(m.FixedPairs[30], (ColourDeclaration{0, 0, 0, 0, 0}));
   EXPECT_EQ(m.Autosampler.EndingTube, 48);  // the loaded tray's tube count

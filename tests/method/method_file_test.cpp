@@ -85,7 +85,7 @@ TEST(MethodFile, CodedLinesTakeOnlyTheirExactText) {
   text = replaced(text, "No.Colors?=3", "Colours=3");
   AppState state;
   state.Method.FilterSetting = 5;
-  state.Method.FileType = 2;
+  state.Method.FileType = DataFileType::Macintosh;
   ScriptedOperator op;
   ASSERT_TRUE(readText(state, op, text));
   EXPECT_TRUE(state.Method.Fixed);  // only "False" clears a flag
@@ -93,7 +93,7 @@ TEST(MethodFile, CodedLinesTakeOnlyTheirExactText) {
   EXPECT_FALSE(state.Method.PrintResults);   // only "True" sets it
   EXPECT_EQ(state.Method.FilterSetting, 5);  // unknown filter text: code unchanged
   EXPECT_EQ(state.Method.DeliveryMethod, Delivery::Cuvette);
-  EXPECT_EQ(state.Method.FileType, 1);
+  EXPECT_EQ(state.Method.FileType, DataFileType::DosWindows);
   EXPECT_EQ(state.Method.NoColors, 3);
   EXPECT_EQ(state.Method.FixedPairs[3], (ColourDeclaration{617.5f, 640, 12.5f, 2.5f, 10}));
 }

@@ -167,7 +167,7 @@ TEST(SaveMethodStep, AnUnchangedLoadedMethodIsNotSavedAgain) {
   v.editor.methodLoaded(MethodLoad::Edit);
   v.editor.state().FirstSampleNumber = 1;
   v.state.Method.FixedPairs[1].ColourIndex = 9;  // colours and line ends are not compared
-  v.state.Method.FileType = 2;
+  v.state.Method.FileType = DataFileType::Macintosh;
   EXPECT_TRUE(v.editor.saveMethodStep());
   EXPECT_TRUE(v.op.shown.empty());
   EXPECT_FALSE(v.editor.state().MethodChangedFlag);
