@@ -10,8 +10,10 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <string_view>
 
 #include "ui/platform/gui_thread.h"
+#include "ui/windows/option_tab_stops.h"
 #include "ui/windows/trend_canvas.h"
 #include "ui/windows/trend_window.h"
 
@@ -53,6 +55,7 @@ AlertWindow::AlertWindow(const QcSnapshot& snapshot, Operator& op, QWidget* pare
   layout->addWidget(buildOptions());
   layout->addWidget(buildDetails());
   layout->addWidget(buildButtons());
+  KeepTabOnCheckedOptions(this);
   presenter_.Form_Load();
 }
 
@@ -110,6 +113,8 @@ QWidget* AlertWindow::buildButtons() {
                                                          {"TrendCheck", "Check Trend"}};
   for (auto [name, caption] : buttons) {
     QPushButton* b = button(name, caption);
+    // Return rereads: a control outside its limits is accepted only by a deliberate Yes.
+    b->setDefault(std::string_view(name) == "No");
     row->addWidget(b);
     const std::string which = name;
     connect(b, &QPushButton::clicked, this, [this, which] {

@@ -7,10 +7,12 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPointer>
+#include <QPushButton>
 #include <QThread>
 #include <QVBoxLayout>
 
 #include "ui/windows/field_commits.h"
+#include "ui/windows/option_tab_stops.h"
 #include "ui/windows/sequence_bar.h"
 #include "ui/windows/tray_picture.h"
 
@@ -68,6 +70,8 @@ AutosamplerWindow::AutosamplerWindow(AppState& state, Operator& op, Clock& clock
   layout->setMenuBar(menus);
   layout->addLayout(upper, 1);
   layout->addWidget(sequenceBar_);
+  findChild<QPushButton*>("OKButton")->setDefault(true);
+  KeepTabOnCheckedOptions(this);
   state_.Flags.AutosamplerWindowOpened = true;
 }
 

@@ -277,6 +277,10 @@ QWidget* AutosamplerWindow::buildChecks() {
     act(button, [this, run = run] { runJob([this, run] { (presenter_.*run)(); }); });
   }
   QPushButton* done = Button("&Done", "OKButton");
+  // Return presses Done from a button (made the default once it sits in the window); in a box
+  // it only takes the entry, since Done would send the arm to the rinse station on the Return
+  // meant for a tube or a volume.
+  commits_->setReturnStaysInBox(true);
   layout->addWidget(done, 1, 2);
   act(done, [this] { finish(); });
   return row;

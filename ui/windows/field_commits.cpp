@@ -104,7 +104,9 @@ bool FieldCommits::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::KeyPress: {
       const int key = static_cast<QKeyEvent*>(event)->key();
       // A refused entry keeps Return from also pressing the dialog's default button.
-      if ((key == Qt::Key_Return || key == Qt::Key_Enter) && !commit(box)) return true;
+      if ((key == Qt::Key_Return || key == Qt::Key_Enter) && (!commit(box) || returnStays_)) {
+        return true;
+      }
       break;
     }
     default:

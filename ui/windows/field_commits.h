@@ -43,6 +43,9 @@ class FieldCommits final : public QObject {
   // Connects a button: on a click the boxes are settled first, and `action` runs only when
   // nothing was refused.
   void onClick(QAbstractButton* button, std::function<void()> action);
+  // Return then only takes the box's entry, and never also presses the dialog's default button:
+  // for windows whose boxes set up work that their default button would end.
+  void setReturnStaysInBox(bool stays) { returnStays_ = stays; }
   // The box the operator used last, for the focus to go back to after a button's work.
   QLineEdit* lastUsed() const { return lastUsed_; }
   // Puts the focus back where it was before a button's work: into the box used last when the
@@ -59,6 +62,7 @@ class FieldCommits final : public QObject {
     InForce inForce;
     QString shown;  // the text before the operator's typing
   };
+  bool returnStays_ = false;
   bool commit(QLineEdit* box);
 
   NamingOperator* naming_;

@@ -13,6 +13,7 @@
 
 #include "ui/platform/gui_thread.h"
 #include "ui/windows/field_commits.h"
+#include "ui/windows/option_tab_stops.h"
 
 namespace zorvel::ui {
 
@@ -73,6 +74,7 @@ IntensityWindow::IntensityWindow(AppState& state, Operator& op, Clock& clock,
 
   commits_->onClick(start_, [this] { readSample(); });
   connect(cancel, &QPushButton::clicked, this, [this] { reject(); });
+  KeepTabOnCheckedOptions(this);
   updating_ = true;
   presenter_.opened();
   updating_ = false;

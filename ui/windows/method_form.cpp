@@ -16,6 +16,7 @@
 
 #include "ui/windows/colour_window.h"
 #include "ui/windows/field_commits.h"
+#include "ui/windows/option_tab_stops.h"
 
 namespace zorvel::ui {
 
@@ -50,6 +51,7 @@ MethodForm::MethodForm(MethodEditor& editor, NamingOperator* naming, QWidget* pa
   layout->addLayout(columns);
   layout->addLayout(buildChoicesRow());
   layout->addStretch();
+  KeepTabOnCheckedOptions(this);
 }
 
 QWidget* MethodForm::textBox(MethodControl box, const char* caption) {

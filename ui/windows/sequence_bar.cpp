@@ -21,6 +21,8 @@ SequenceBar::SequenceBar(std::function<void()> stop, QWidget* parent) : QWidget(
   progress_->setVisible(false);
   stop_ = new QPushButton("&Stop");
   stop_->setObjectName("SequenceStop");
+  // Focus on Stop must not make it the dialog's default: Return keeps its own button.
+  stop_->setAutoDefault(false);
   stop_->setEnabled(false);
   connect(stop_, &QPushButton::clicked, this, [this, stop = std::move(stop)] {
     stop();

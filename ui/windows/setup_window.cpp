@@ -16,6 +16,7 @@
 #include <QVBoxLayout>
 
 #include "ui/platform/serial_devices.h"
+#include "ui/windows/option_tab_stops.h"
 #include "ui/windows/serial_devices_frame.h"
 
 namespace zorvel::ui {
@@ -34,6 +35,7 @@ SetupWindow::SetupWindow(AppState& state, Operator& op,
   connectInstrumentControls();
   buildDrives();
   refreshDirectoryList();
+  KeepTabOnCheckedOptions(this);
 }
 
 QLayout* SetupWindow::buildInstrumentColumn() {

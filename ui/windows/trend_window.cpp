@@ -9,6 +9,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "ui/windows/option_tab_stops.h"
 #include "ui/windows/trend_canvas.h"
 
 namespace zorvel::ui {
@@ -60,6 +61,7 @@ TrendWindow::TrendWindow(const QcSnapshot& snapshot, Operator& op, bool fromAler
   layout->addWidget(buildPlot(), 1);
   layout->addWidget(buildFigures());
   layout->addWidget(ok, 0, Qt::AlignRight);
+  KeepTabOnCheckedOptions(this);
   presenter_.Form_Load();
 }
 
