@@ -21,6 +21,7 @@
 #include "sim/sim_rig.h"
 #include "ui/command_line.h"
 #include "ui/desktop_options.h"
+#include "ui/platform/dbus_notifier.h"
 #include "ui/platform/instrument_lines.h"
 #include "ui/platform/pdf_painting.h"
 #include "ui/platform/qt_operator.h"
@@ -97,6 +98,10 @@ int RunDesktopProgram(int argc, char** argv) {
   });
   MainWindow window(*state, op, clock, printer);
   op.setParent(&window);
+  DBusNotifier notifier(QDBusConnection::sessionBus(), [&](const std::string& line) {
+    WriteLogEntry(state->LogPath, clock, line);
+  });
+  window.setNotifier(&notifier);
   QtAlertDialog alert(op, &window);
   QualityChecks checks(*state, clock, op, alert);
   window.setDisclaimerShown(options->showDisclaimer);

@@ -78,10 +78,10 @@ bool WriteRunStatus(const std::string& path, const std::string& json) {
 }
 
 void KeepRunStatusFile(TrayStatusBoard& board, const RunStatusContext& context,
-                       const std::string& path, std::function<void()> told) {
+                       const std::string& path, std::function<void(const TrayStatus&)> told) {
   WriteRunStatus(path, RunStatusJson(board.snapshot(), context));
   board.setListener([context, path, told = std::move(told)](const TrayStatus& now) {
-    if (told) told();
+    if (told) told(now);
     WriteRunStatus(path, RunStatusJson(now, context));
   });
 }

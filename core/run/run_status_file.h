@@ -32,6 +32,6 @@ bool WriteRunStatus(const std::string& path, const std::string& json);
 // Writes the file now and at every change of the board, after `told` (may be empty) has heard
 // of the change; the board keeps this listener until it is given another.
 void KeepRunStatusFile(TrayStatusBoard& board, const RunStatusContext& context,
-                       const std::string& path, std::function<void()> told = {});
+                       const std::string& path, std::function<void(const TrayStatus&)> told = {});
 
 }  // namespace zorvel

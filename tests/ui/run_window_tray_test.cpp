@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "core/autosampler/step_counts.h"
+#include "core/platform/notifier.h"
 #include "core/platform/page_printer.h"
 #include "core/platform/real_clock.h"
 #include "core/quality/filing_check.h"
@@ -21,6 +22,13 @@
 
 namespace zorvel {
 namespace {
+
+struct NoticeList final : Notifier {
+  void notify(const std::string& summary, const std::string& body) override {
+    told.push_back(summary + " | " + body);
+  }
+  std::vector<std::string> told;
+};
 
 // Two colours from tubes 5 to 7 of a tray whose positions lie a few millimetres apart, with
 // shallow probe heights and quick strokes, so that a tube takes about two seconds (the rinse's
@@ -74,8 +82,8 @@ struct TrayWindow {
     rig.setTray(&state.Tray);
     for (int tube = 5; tube <= 7; ++tube) rig.bench.tubes[tube].dyes[4] = tube;
     for (int com = 1; com <= 3; ++com) lines.ports().devices[com] = "sim";
-    window =
-        ui::OpenRunWindow(nullptr, {state, op, clock, printer, checks, nullptr}, RunSetup{}, lines);
+    window = ui::OpenRunWindow(nullptr, {state, op, clock, printer, checks, nullptr, &desktop},
+                               RunSetup{}, lines);
   }
   ~TrayWindow() { delete window.data(); }
 
@@ -89,6 +97,7 @@ struct TrayWindow {
   PagePrinter printer;
   FilingCheck checks{state, clock, op};
   ui::InstrumentLines lines{state, clock};
+  NoticeList desktop;
   QPointer<ui::RunWindow> window;
 };
 
@@ -155,6 +164,10 @@ TEST(RunWindowTray, F11PausesAndResumesAndF5AbortsWhileTheWindowAnswers) {
   EXPECT_FALSE(run.shown("TrayStatus"));
   EXPECT_FALSE(run.shown("AbortMsg"));
   EXPECT_TRUE(run.label("TimeInfo").isEmpty()) << run.label("TimeInfo").toStdString();
+  // Whoever left the run is told how it ended.
+  EXPECT_EQ((std::vector<std::string>{
+                "Tray run aborted | TRAY.FIX: 1 of 3 tubes read, tube 2 of 3 of the range."}),
+            run.desktop.told);
 }
 
 }  // namespace

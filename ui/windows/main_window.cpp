@@ -309,8 +309,8 @@ void MainWindow::setLaunchButtons(bool saveEnabled, bool okEnabled) {
 
 void MainWindow::openRunWindow(const RunSetup& setup) {
   if (lines_ == nullptr || presenter_.qualityChecks() == nullptr) return;
-  const RunWindowServices services{state_, op_, clock_, printer_, *presenter_.qualityChecks(),
-                                   checks_};
+  const RunWindowServices services{state_,  op_,      clock_, printer_, *presenter_.qualityChecks(),
+                                   checks_, notifier_};
   RunWindow* window = OpenRunWindow(this, services, setup, *lines_);
   if (window != nullptr) {
     connect(window, &RunWindow::runClosed, this, [this](bool) {

@@ -7,6 +7,7 @@
 #include "core/app/main_view.h"
 #include "core/checks/watercell_record.h"
 #include "core/platform/line_source.h"
+#include "core/platform/notifier.h"
 #include "core/quality/quality_checks.h"
 #include "ui/windows/naming_operator.h"
 
@@ -36,6 +37,8 @@ class MainWindow final : public QMainWindow, public MainView {
   void setInstruments(LineSource* lines);
   // The control and blank checks every run files through; their trend is shown from here.
   void setQualityChecks(QualityChecks& checks);
+  // Where run windows tell a tray run's end and first alert; null: nowhere.
+  void setNotifier(Notifier* notifier) { notifier_ = notifier; }
 
   void setMethodFileLabel(const std::string& text) override;
   void setDataFileLabel(const std::string& text) override;
@@ -89,6 +92,7 @@ class MainWindow final : public QMainWindow, public MainView {
   LineSource* lines_ = nullptr;
   WaterCellResult lastWaterCell_;
   QualityChecks* checks_ = nullptr;
+  Notifier* notifier_ = nullptr;
   bool disclaimerEnabled_ = true;
   bool stopping_ = false;
   bool activationQueued_ = false;

@@ -20,6 +20,7 @@
 #include "core/quality/quality_checks.h"
 #include "core/run/qc_row_tracker.h"
 #include "core/run/tray_run.h"
+#include "core/run/tray_run_notices.h"
 #include "core/run/tray_status_lines.h"
 #include "core/text/number_format.h"
 #include "ui/platform/instrument_worker.h"
@@ -88,7 +89,7 @@ RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
                                    std::to_string(v[2]),
                                !setup.simulated.empty(), set.MethodFilePath,
                                set.FixPath.empty() ? set.SynPath : set.FixPath},
-              RunStatusPath(set));
+              RunStatusPath(set), services.notifier);
   connectControls();
   controller_->LayOut();
   // The dilutor's initialisation takes seconds: it runs on the worker, and the run's buttons
@@ -210,27 +211,36 @@ void RunWindow::pushVerticalScale() {
   controller_->SetVerticalScale(*low, *high);
 }
 
-void RunWindow::watchStatus(const RunStatusContext& file, const std::string& path) {
-  // Every change replaces the status file beside the set; a tray run's also shows at once
-  // (before the file's write waits for the disk), its times ticking every second between.
-  QPointer<RunWindow> self(this);
-  std::function<void()> show;
+void RunWindow::watchStatus(const RunStatusContext& file, const std::string& path,
+                            Notifier* notifier) {
+  // Every change replaces the status file beside the set. A tray run's also shows at once
+  // (before the file's write waits for the disk), its times ticking every second between, and
+  // its end and first alert are told to whoever left it running.
+  std::function<void(const TrayStatus&)> told;
   if (arm_) {
-    show = [self] {
-      if (!self) return;
-      QMetaObject::invokeMethod(
-          self,
-          [self] {
-            if (self) self->refreshTrayStatus();
-          },
-          Qt::QueuedConnection);
+    if (notifier != nullptr) {
+      // The set by its file's name, as the main window shows it.
+      notices_ = std::make_unique<TrayRunNotices>(*notifier,
+                                                  file.dataSet.substr(file.dataSet.rfind('/') + 1));
+    }
+    QPointer<RunWindow> self(this);
+    told = [self, notices = notices_.get()](const TrayStatus& now) {
+      if (self) {
+        QMetaObject::invokeMethod(
+            self,
+            [self] {
+              if (self) self->refreshTrayStatus();
+            },
+            Qt::QueuedConnection);
+      }
+      if (notices != nullptr) notices->seen(now);
     };
     tick_ = new QTimer(this);
     tick_->setInterval(1000);
     connect(tick_, &QTimer::timeout, this, [this] { refreshTrayStatus(); });
     tick_->start();
   }
-  KeepRunStatusFile(controller_->trayStatus(), file, path, std::move(show));
+  KeepRunStatusFile(controller_->trayStatus(), file, path, std::move(told));
 }
 
 void RunWindow::refreshTrayStatus() {

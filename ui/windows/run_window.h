@@ -24,9 +24,11 @@ class QTimer;
 
 namespace zorvel {
 class Arm;
+class Notifier;
 class Pump;
 class QcRowTracker;
 class QualityChecks;
+class TrayRunNotices;
 }  // namespace zorvel
 
 namespace zorvel::ui {
@@ -47,6 +49,9 @@ struct RunWindowServices {
   // The control and blank checks themselves, when the run has them: they paint the grid row
   // of the reading they judge for as long as the window is open. Null: nothing is painted.
   QualityChecks* qualityChecks = nullptr;
+  // Where a tray run's end and first alert are told to someone away from the screen; null:
+  // nowhere.
+  Notifier* notifier = nullptr;
 };
 
 // SAMPLING, the run window: the results grid, the prompts, the decision buttons with the
@@ -119,7 +124,7 @@ class RunWindow final : public QWidget, public RunView {
   QPushButton* buttonFor(RunButton button) const;
   // The tray run's panel and TimeInfo, from the run's status as it stands now.
   void refreshTrayStatus();
-  void watchStatus(const RunStatusContext& file, const std::string& path);
+  void watchStatus(const RunStatusContext& file, const std::string& path, Notifier* notifier);
 
   Clock& clock_;
   std::unique_ptr<SerialLine> line_;
@@ -130,6 +135,7 @@ class RunWindow final : public QWidget, public RunView {
   std::unique_ptr<QcRowTracker> tracker_;
   QualityChecks* qualityChecks_ = nullptr;
   std::unique_ptr<RunController> controller_;
+  std::unique_ptr<TrayRunNotices> notices_;
   std::unique_ptr<InstrumentWorker> worker_;
   bool working_ = false;
   bool unloaded_ = false;
