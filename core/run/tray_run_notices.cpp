@@ -36,8 +36,11 @@ TrayRunNotices::TrayRunNotices(Notifier& notifier, std::string dataSet)
     : notifier_(notifier), dataSet_(std::move(dataSet)) {}
 
 std::string TrayRunNotices::progress(const TrayStatus& s) const {
-  return count(s.completed) + " of " + count(s.planned) + " tubes read, tube " +
-         count(s.tubeOfRange) + " of " + count(s.tubesInRange) + " of the range";
+  const std::string reached = s.tubeOfRange == 0
+                                  ? "before the first of the " + count(s.tubesInRange) + " tubes"
+                                  : "tube " + count(s.tubeOfRange) + " of " + count(s.tubesInRange);
+  return count(s.completed) + " of " + count(s.planned) + " tubes read, " + reached +
+         " of the range";
 }
 
 std::string TrayRunNotices::alertLog(const TrayStatus& s) const {

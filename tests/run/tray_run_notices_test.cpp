@@ -34,7 +34,7 @@ TEST(TrayRunNotices, TellTheFirstAlertAndTheEndOfEachRun) {
   board.message("Run aborted.");
 
   board.settingUp(16, 12, 7200, {}, "/d/LIVER.LOG");
-  board.tubeStarted(5, 1, "Sample", 3);
+  board.tubeStarted(1, 0, "Control", 1);
   board.ended(TrayRunEnd::InstrumentLost);
 
   EXPECT_EQ(
@@ -43,8 +43,8 @@ TEST(TrayRunNotices, TellTheFirstAlertAndTheEndOfEachRun) {
           "The run goes on; later alerts are only logged, in /d/LIVER.LOG.",
           "Tray run aborted | LIVER.FIX: 1 of 16 tubes read, tube 2 of 12 of the range. 2 alerts "
           "logged in /d/LIVER.LOG.",
-          "Tray run stopped by a fault | LIVER.FIX: 0 of 16 tubes read, tube 1 of 12 of the "
-          "range. An instrument stopped answering."}),
+          "Tray run stopped by a fault | LIVER.FIX: 0 of 16 tubes read, before the first of the "
+          "12 tubes of the range. An instrument stopped answering."}),
       desktop.told);
 }
 
