@@ -106,6 +106,9 @@ double PumpSim::runPump(std::string_view text) {
         // A dilutor in use means the flow cell sits in the fluorimeter's light path.
         bench_.readFromFlowCell = true;
         pumpValve_ = 'I';
+        // The plunger goes home: what the syringe still holds (a program stopped mid-stroke)
+        // leaves through the input side, as it does on the dilutor.
+        dispense(bench_.syringeVolumeUl);
         durationS += kInitialiseS + plunger_ / StepsPerSecond(10);
         plunger_ = 0;
         break;

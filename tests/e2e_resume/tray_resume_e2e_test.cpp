@@ -196,6 +196,14 @@ void StopAndResumeUntilComplete(const std::vector<int>& stopSignals, int times,
   EXPECT_EQ(samples, bench.labels(".FIX"));
   EXPECT_EQ((std::vector<std::string>{"C1", "C6", "C12"}), bench.labels(".CTL"));
   EXPECT_EQ((std::vector<std::string>{"B1", "B6", "B12"}), bench.labels(".BLK"));
+  // Every tube holds the same sample: a stop must leave nothing in the dilutor that dilutes or
+  // carries over into the tubes read after it (the instrument's noise is a few per cent).
+  const std::regex record("^S[0-9]+\t[0-9]+\t([0-9.]+)\t.*");
+  for (const std::string& r : e2e::matchingLines(bench.dir + "DATA/SET.FIX", record)) {
+    std::smatch m;
+    ASSERT_TRUE(std::regex_match(r, m, record));
+    EXPECT_NEAR(21.0, std::stod(m[1]), 1.5) << r;
+  }
 }
 
 TEST(TrayResumeE2e, KilledWithSigkillAtTwentyMomentsResumesToOneWholeRun) {
