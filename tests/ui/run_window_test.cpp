@@ -173,6 +173,11 @@ TEST(RunWindow, CuvetteRunInitReadRejectReadAcceptAndQuit) {
   QTRY_VERIFY_WITH_TIMEOUT(run.window.isNull(), 2000);
   EXPECT_EQ(run.closedWithControls, 0);
   EXPECT_NE(testing::readFile(run.state.LogPath).find("Lamp On"), std::string::npos);
+  // The set's status file was kept through the run and says how it ended.
+  const std::string status = testing::readFile(RunStatusPath(run.state.DataSet));
+  EXPECT_NE(status.find("\"simulated\": true,"), std::string::npos) << status;
+  EXPECT_NE(status.find("\"state\": \"ended\",\n  \"ended\": \"quit\","), std::string::npos)
+      << status;
 }
 
 TEST(RunWindow, AnswersTheOperatorWhileAReadingIsUnderWayAndTakesKeysOnItsButtons) {
