@@ -1,5 +1,6 @@
 #include "core/instruments/pump.h"
 
+#include <algorithm>
 #include <string>
 
 #include "core/instruments/pump_protocol.h"
@@ -65,13 +66,24 @@ LinkFailure Pump::SendPumpCommand(std::int16_t address, std::string_view command
 
 LinkFailure Pump::pollUntilReady(std::int16_t address) {
   const std::string query = PumpQueryFrame(address);
+  // The replies still to come: the command's own, then one for each query. A burst ends as
+  // soon as they are all in, so a reply that comes late is read as its own question's and never
+  // taken for the answer to a later one (a "ready" left over would let the next command go to a
+  // device still moving).
+  int owed = 1;
+  const auto ask = [&] {
+    ++owed;
+    return link_.send(query);
+  };
+  const auto allIn = [&owed](std::string_view text) { return PumpWholeReplies(text) >= owed; };
   double sinceS = clock_.monotonicS();
   for (;;) {
-    if (const auto sent = link_.send(query); sent != LinkFailure::None) return sent;
+    if (const auto sent = ask(); sent != LinkFailure::None) return sent;
     // On Retry the device is asked again: a query it never heard would wait for ever.
-    const auto heard = link_.awaitCharacter([&] { return link_.send(query); });
+    const auto heard = link_.awaitCharacter(ask);
     if (heard != LinkFailure::None) return heard;
-    const std::string reply = link_.readBurst(kReplyGapS);
+    const std::string reply = link_.readBurst(kReplyGapS, allIn);
+    owed = std::max(0, owed - PumpWholeReplies(reply));
     lastError_ = PumpReplyError(reply);
     if (lastError_ != 0) return LinkFailure::DeviceFault;
     if (PumpReplyShowsReady(reply)) return LinkFailure::None;

@@ -42,9 +42,10 @@ class Pump {
   LinkFailure PumpAirDry(std::int16_t seconds);
   void WaitSeconds(std::int16_t seconds);
 
-  // After a character of a status reply, the rest is taken as what arrives within this gap
-  // (a few character times at 9600 baud).
-  static constexpr double kReplyGapS = 0.005;
+  // A burst of status replies ends when every reply owed is whole; failing that (a device that
+  // frames no replies), when the line has been quiet this long: longer than a USB adapter holds
+  // characters back, so that one reply is not read as two.
+  static constexpr double kReplyGapS = 0.05;
   // No command keeps the dilutor busy longer: a full stroke at the slowest speed (code 40,
   // 600 seconds) and a minute's margin.
   static constexpr double kLongestCommandS = 660.0;

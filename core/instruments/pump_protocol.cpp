@@ -43,6 +43,14 @@ bool PumpReplyShowsReady(std::string_view reply) {
   return reply.find(static_cast<char>(kPumpReadyByte)) != std::string_view::npos;
 }
 
+int PumpWholeReplies(std::string_view text) {
+  int whole = 0;
+  for (std::size_t at = text.find(kEtx); at != std::string_view::npos && at + 1 < text.size();
+       at = text.find(kEtx, at + 2))
+    ++whole;
+  return whole;
+}
+
 int PumpReplyError(std::string_view reply) {
   constexpr unsigned char kAlwaysSet = 0x40;
   int error = 0;

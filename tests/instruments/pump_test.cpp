@@ -74,6 +74,19 @@ TEST_F(PumpConversation, DispenseFillAndValveCommandsCarryTheSettings) {
                     peer.sent);
 }
 
+// A reply held back longer than the line's pace (as a USB adapter may hold characters) is still
+// the answer to its own question: read as the answer to a later one, a leftover "ready" would
+// send the next command to a device still moving.
+TEST_F(PumpConversation, AReplyThatComesLateIsReadAsTheAnswerToItsOwnQuestion) {
+  peer.on(PumpFrame(1, "IS12P500R"), kBusy, 0.002);
+  peer.on(PumpQueryFrame(1), kReady, 0.020);
+  scriptCommand(3, "Y2A2R");
+  EXPECT_EQ(pump.PumpFill(500), LinkFailure::None);
+  EXPECT_EQ(pump.SelectValvePort(2), LinkFailure::None);
+  EXPECT_SAME_BYTES(expectedBytes(1, "IS12P500R", 1) + expectedBytes(3, "Y2A2R"), peer.sent);
+  EXPECT_TRUE(peer.done());
+}
+
 TEST_F(PumpConversation, FlushRinsesThroughPortThreeAfterASecondOnPortOne) {
   scriptCommand(3, "Y2A1R");
   scriptCommand(3, "Y2A3R");
