@@ -96,11 +96,12 @@ int RunDesktopProgram(int argc, char** argv) {
     WriteLogEntry(state->LogPath, clock, problem);
     op.message(problem, "ZORVEL ERROR", BoxIcon::Exclamation);
   });
-  MainWindow window(*state, op, clock, printer);
-  op.setParent(&window);
+  // Made before the windows, which tell it of tray runs until they are gone.
   DBusNotifier notifier(QDBusConnection::sessionBus(), [&](const std::string& line) {
     WriteLogEntry(state->LogPath, clock, line);
   });
+  MainWindow window(*state, op, clock, printer);
+  op.setParent(&window);
   window.setNotifier(&notifier);
   QtAlertDialog alert(op, &window);
   QualityChecks checks(*state, clock, op, alert);
