@@ -1,5 +1,6 @@
 #include "core/run/tray_status_lines.h"
 
+#include "core/run/tube_cycle.h"
 #include "core/text/date_format.h"
 #include "core/text/number_format.h"
 
@@ -14,10 +15,13 @@ std::string count(int value) {
 }
 
 std::string tubeLine(const TrayStatus& s) {
-  if (s.tube == 0) return "Tube 0 of " + count(s.tubesInRange) + ": setting up";
-  std::string line = "Tube " + count(s.tubeOfRange) + " of " + count(s.tubesInRange) + ": " +
-                     s.sampleType + " " + count(s.sampleNumber) + " in tray tube " + count(s.tube);
-  return line;
+  const std::string ofRange = " of " + count(s.tubesInRange);
+  if (s.tube == 0) return "Tube 0" + ofRange + ": setting up";
+  // A control or blank read ahead of the range is no tube of it yet.
+  const std::string reached =
+      s.tubeOfRange == 0 ? "Before tube 1" + ofRange : "Tube " + count(s.tubeOfRange) + ofRange;
+  return reached + ": " + s.sampleType + " " + count(s.sampleNumber) + " in tray tube " +
+         count(s.tube);
 }
 
 std::vector<std::string> timeLines(const TrayStatus& s, long nowS) {
@@ -34,7 +38,11 @@ std::vector<std::string> timeLines(const TrayStatus& s, long nowS) {
 }
 
 std::string requestLine(const TrayStatus& s) {
-  const std::string after = s.tube == 0 ? "the first tube" : "tube " + count(s.tube);
+  // The keys count after the rinse that opens each tube's cycle, before the tube is touched,
+  // and after each tube.
+  std::string after = s.tube == 0 ? "the first tube" : "tube " + count(s.tube);
+  if (s.tube != 0 && s.step == tube_status::kRinsing)
+    after = "the rinse, before tube " + count(s.tube);
   switch (s.state) {
     case TrayRunState::PauseRequested:
       return "Pause requested: pausing after " + after;

@@ -143,7 +143,8 @@ TEST(TrayRun, AnAbortAfterTheRinseSendsTheArmHomeWithoutFinishing) {
       // Told at once, with the tube the run stops after.
       const TrayStatus told = fx.controller->trayStatus().snapshot();
       EXPECT_EQ(TrayRunState::AbortRequested, told.state);
-      EXPECT_EQ("Abort requested: stopping after tube 6", DescribeTrayStatus(told, 0).request);
+      EXPECT_EQ("Abort requested: stopping after the rinse, before tube 6",
+                DescribeTrayStatus(told, 0).request);
     }
     last = now;
   };

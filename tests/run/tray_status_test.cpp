@@ -17,6 +17,10 @@ void Start(TrayStatusBoard& board) {
 TEST(TrayStatus, ToldAsTheRunGoesAndTheKeysArePressed) {
   TrayStatusBoard board;
   Start(board);
+  // A control read ahead of the range is no tube of it.
+  board.tubeStarted(1, 0, "Control", 12);
+  EXPECT_EQ("Before tube 1 of 2: Control 12 in tray tube 1",
+            DescribeTrayStatus(board.snapshot(), kStartS).tube);
   std::vector<TrayRunState> told;
   board.setListener([&told](const TrayStatus& s) { told.push_back(s.state); });
   board.tubeStarted(5, 1, "Sample", 12);

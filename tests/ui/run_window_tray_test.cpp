@@ -151,9 +151,12 @@ TEST(RunWindowTray, F11PausesAndResumesAndF5AbortsWhileTheWindowAnswers) {
     asked = message->text();
     message->button(QMessageBox::Yes)->click();
   });
+  QTRY_VERIFY_WITH_TIMEOUT(run.label("TrayTube").endsWith("tray tube 6") &&
+                               run.label("TrayStep") == "Step: Rinsing & Drying System",
+                           5000);
   QTest::keyClick(run.window, Qt::Key_F5);
   EXPECT_EQ("Aborting.  Please Wait.", run.label("AbortMsg"));
-  EXPECT_EQ("Abort requested: stopping after tube 6", run.label("TrayRequest"));
+  EXPECT_EQ("Abort requested: stopping after the rinse, before tube 6", run.label("TrayRequest"));
   QTRY_VERIFY_WITH_TIMEOUT(!run.window->working() && run.ok()->isVisible(), 15000);
   EXPECT_EQ("Do you want to abort the current run", asked);
   EXPECT_TRUE(run.label("Status").contains("Run aborted.")) << run.label("Status").toStdString();
