@@ -13,6 +13,10 @@ namespace zorvel {
 
 namespace {
 
+// The Resolution and SampleDisposition groups number their options 1 and 2; the second is
+// "Fine" and "Save".
+constexpr int kSecondOption = 2;
+
 std::string whole(int value) {
   return text::fixed(static_cast<double>(value), 0);
 }
@@ -122,7 +126,8 @@ void AutosamplerPresenter::opened() {
   const AutosamplerSettings& s = rig_.settings;
   for (int k = 0; k < kAutosamplerFieldCount; ++k) showField(static_cast<AutosamplerField>(k));
   view_.setOption(AutosamplerGroup::SyringeVolume, s.SyringeVolume);
-  view_.setOption(AutosamplerGroup::Resolution, s.Resolution);
+  view_.setOption(AutosamplerGroup::Resolution,
+                  s.Resolution == PumpResolution::Fine ? kSecondOption : 1);
   view_.setOption(AutosamplerGroup::PumpDirection, s.PumpDirection);
   view_.setOption(AutosamplerGroup::SampleDisposition, s.SampleDisposition);
   showStandardAndBlank();
@@ -177,7 +182,7 @@ void AutosamplerPresenter::optionChosen(AutosamplerGroup group, int index) {
       rig_.steps = ComputePumpSteps(s, rig_.links.StepsPerMicrolitre);
       break;
     case AutosamplerGroup::Resolution:
-      s.Resolution = value;
+      s.Resolution = index == kSecondOption ? PumpResolution::Fine : PumpResolution::Standard;
       break;
     case AutosamplerGroup::PumpDirection:
       s.PumpDirection = value;

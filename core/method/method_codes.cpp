@@ -55,11 +55,11 @@ DataFileType FileTypeFromText(std::string_view text) {
   return text == "Macintosh" ? DataFileType::Macintosh : DataFileType::DosWindows;
 }
 
-std::string_view ResolutionText(std::int16_t code) {
-  return code == 2 ? "Fine" : "Standard";
+std::string_view ResolutionText(PumpResolution resolution) {
+  return resolution == PumpResolution::Fine ? "Fine" : "Standard";
 }
-std::int16_t ResolutionFromText(std::string_view text) {
-  return text == "Fine" ? 2 : 1;
+PumpResolution ResolutionFromText(std::string_view text) {
+  return text == "Fine" ? PumpResolution::Fine : PumpResolution::Standard;
 }
 
 std::string_view DispositionText(std::int16_t code) {

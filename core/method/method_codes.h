@@ -23,9 +23,9 @@ Delivery DeliveryFromText(std::string_view text);
 std::string_view FileTypeText(DataFileType type);
 DataFileType FileTypeFromText(std::string_view text);
 
-// 2 "Fine", anything else "Standard".
-std::string_view ResolutionText(std::int16_t code);
-std::int16_t ResolutionFromText(std::string_view text);
+// "Fine" or "Standard"; any other text reads as standard.
+std::string_view ResolutionText(PumpResolution resolution);
+PumpResolution ResolutionFromText(std::string_view text);
 
 // 2 "Save", anything else "Throw Away".
 std::string_view DispositionText(std::int16_t code);

@@ -16,7 +16,7 @@ void SetAutosamplerDefaults(AutosamplerSettings& a, std::int16_t tubeCount) {
   a.AirDryTime = 15;
   a.SyringeVolume = 10;
   a.PumpDirection = 1;
-  a.Resolution = 1;
+  a.Resolution = PumpResolution::Standard;
   a.HasStandard = true;
   a.StandardTube = 1;
   a.StandardFreq = 50;

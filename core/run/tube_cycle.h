@@ -39,7 +39,7 @@ class TubeCycle {
   // height to draw air behind it into the flow cell, then a little pushed back.
   LinkFailure DrawIntoFlowCell(std::int16_t tube, std::int16_t extractionHeight,
                                std::int16_t flushHeight, const PumpSteps& steps);
-  // A sample kept (disposition 2, "Save") goes back into its tube; anything else, and every
+  // A sample to be saved goes back into its tube; one thrown away, and every
   // pure, control and blank, goes to the rinse station.
   LinkFailure DisposeSample(std::int16_t disposition, SampleType type);
 

@@ -18,6 +18,9 @@ enum class Delivery : std::uint8_t { Cuvette, Autosampler };
 // The line ends of the data files: CR LF (DOS/Windows) or CR alone (Macintosh).
 enum class DataFileType : std::uint8_t { DosWindows, Macintosh };
 
+// How finely the dilutor pump steps: its standard or its fine resolution.
+enum class PumpResolution : std::uint8_t { Standard, Fine };
+
 // The synchronous scan of a method.
 struct SynchScanSettings {
   float ExSl = 0;
@@ -54,7 +57,7 @@ struct AutosamplerSettings {
   std::int16_t BackFillHeight = 0;
   std::int16_t StandardBFHeight = 0;
   std::int16_t PumpDirection = 0;
-  std::int16_t Resolution = 1;         // 1 "Standard", 2 "Fine"
+  PumpResolution Resolution = PumpResolution::Standard;
   std::int16_t SampleDisposition = 1;  // 1 "Throw Away", 2 "Save"
   bool HasStandard = false;
   bool HasBlank = false;

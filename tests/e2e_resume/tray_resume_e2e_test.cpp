@@ -64,7 +64,7 @@ MethodSettings TwelveTubes(const std::string& trayFile) {
   a.TubeHeight = 105;
   a.BackFillHeight = 70;
   a.SampleDisposition = 1;
-  a.Resolution = 1;
+  a.Resolution = PumpResolution::Standard;
   a.PumpDirection = 1;
   a.TrayDescriptorFile = trayFile;
   return m;
