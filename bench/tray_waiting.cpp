@@ -59,7 +59,7 @@ void TrayMethod(AppState& app) {
   a.RinseHeight = 70;
   a.TubeHeight = 105;
   a.BackFillHeight = 70;
-  a.SampleDisposition = 1;
+  a.SampleDisposition = Disposition::ThrowAway;
   app.Tray.positions[0] = TrayPosition{290.0f, 170.0f, 0};
   app.Tray.positions[1] = TrayPosition{250.0f, 150.0f, 1};
   app.Tray.positionCount = 2;

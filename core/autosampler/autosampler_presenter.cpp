@@ -129,7 +129,8 @@ void AutosamplerPresenter::opened() {
   view_.setOption(AutosamplerGroup::Resolution,
                   s.Resolution == PumpResolution::Fine ? kSecondOption : 1);
   view_.setOption(AutosamplerGroup::PumpDirection, s.PumpDirection);
-  view_.setOption(AutosamplerGroup::SampleDisposition, s.SampleDisposition);
+  view_.setOption(AutosamplerGroup::SampleDisposition,
+                  s.SampleDisposition == Disposition::Save ? kSecondOption : 1);
   showStandardAndBlank();
   stepIncrementMm_ = 10;
   view_.setOption(AutosamplerGroup::Increment, 10);
@@ -188,7 +189,7 @@ void AutosamplerPresenter::optionChosen(AutosamplerGroup group, int index) {
       s.PumpDirection = value;
       break;
     case AutosamplerGroup::SampleDisposition:
-      s.SampleDisposition = value;
+      s.SampleDisposition = index == kSecondOption ? Disposition::Save : Disposition::ThrowAway;
       break;
     case AutosamplerGroup::Increment:
       stepIncrementMm_ = static_cast<float>(index);

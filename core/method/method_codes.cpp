@@ -62,11 +62,11 @@ PumpResolution ResolutionFromText(std::string_view text) {
   return text == "Fine" ? PumpResolution::Fine : PumpResolution::Standard;
 }
 
-std::string_view DispositionText(std::int16_t code) {
-  return code == 2 ? "Save" : "Throw Away";
+std::string_view DispositionText(Disposition disposition) {
+  return disposition == Disposition::Save ? "Save" : "Throw Away";
 }
-std::int16_t DispositionFromText(std::string_view text) {
-  return text == "Save" ? 2 : 1;
+Disposition DispositionFromText(std::string_view text) {
+  return text == "Save" ? Disposition::Save : Disposition::ThrowAway;
 }
 
 std::string_view FlagText(bool flag) {

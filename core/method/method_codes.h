@@ -27,9 +27,9 @@ DataFileType FileTypeFromText(std::string_view text);
 std::string_view ResolutionText(PumpResolution resolution);
 PumpResolution ResolutionFromText(std::string_view text);
 
-// 2 "Save", anything else "Throw Away".
-std::string_view DispositionText(std::int16_t code);
-std::int16_t DispositionFromText(std::string_view text);
+// "Save" or "Throw Away"; any other text reads as thrown away.
+std::string_view DispositionText(Disposition disposition);
+Disposition DispositionFromText(std::string_view text);
 
 std::string_view FlagText(bool flag);
 

@@ -25,7 +25,7 @@ void SetAutosamplerDefaults(AutosamplerSettings& a, std::int16_t tubeCount) {
   a.BlankFreq = 50;
   a.StartingTube = 5;
   a.EndingTube = tubeCount;
-  a.SampleDisposition = 1;
+  a.SampleDisposition = Disposition::ThrowAway;
   a.RinseHeight = 70;
   a.StandardHeight = 100;
   a.TubeHeight = 105;

@@ -10,7 +10,6 @@ constexpr std::int16_t kRinseStation = 0;
 constexpr std::int16_t kHome = -1;
 constexpr std::int16_t kAbsolute = 1;
 constexpr std::int16_t kRelative = 2;
-constexpr std::int16_t kSaved = 2;
 
 // Runs the steps in order, stopping at the first that fails.
 LinkFailure inOrder(std::initializer_list<std::function<LinkFailure()>> steps,
@@ -75,8 +74,8 @@ LinkFailure TubeCycle::DrawIntoFlowCell(std::int16_t tube, std::int16_t extracti
   return pump_.PumpDispense(kRelative, steps.BackFlowSteps);
 }
 
-LinkFailure TubeCycle::DisposeSample(std::int16_t disposition, SampleType type) {
-  if (type == SampleType::Sample && disposition == kSaved) {
+LinkFailure TubeCycle::DisposeSample(Disposition disposition, SampleType type) {
+  if (type == SampleType::Sample && disposition == Disposition::Save) {
     // The probe is still in the tube: the syringe empties back into it.
     return inOrder({[&] { return pump_.PumpDispense(kAbsolute, 0); },
                     [&] { return arm_.SetArmHeight(settings_.TubeHeight); }},

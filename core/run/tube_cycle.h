@@ -41,7 +41,7 @@ class TubeCycle {
                                std::int16_t flushHeight, const PumpSteps& steps);
   // A sample to be saved goes back into its tube; one thrown away, and every
   // pure, control and blank, goes to the rinse station.
-  LinkFailure DisposeSample(std::int16_t disposition, SampleType type);
+  LinkFailure DisposeSample(Disposition disposition, SampleType type);
 
   Arm& arm() { return arm_; }
   Pump& pump() { return pump_; }

@@ -21,6 +21,10 @@ enum class DataFileType : std::uint8_t { DosWindows, Macintosh };
 // How finely the dilutor pump steps: its standard or its fine resolution.
 enum class PumpResolution : std::uint8_t { Standard, Fine };
 
+// What becomes of a sample once it is read: thrown away at the rinse station, or saved back
+// into its tube.
+enum class Disposition : std::uint8_t { ThrowAway, Save };
+
 // The synchronous scan of a method.
 struct SynchScanSettings {
   float ExSl = 0;
@@ -58,7 +62,7 @@ struct AutosamplerSettings {
   std::int16_t StandardBFHeight = 0;
   std::int16_t PumpDirection = 0;
   PumpResolution Resolution = PumpResolution::Standard;
-  std::int16_t SampleDisposition = 1;  // 1 "Throw Away", 2 "Save"
+  Disposition SampleDisposition = Disposition::ThrowAway;
   bool HasStandard = false;
   bool HasBlank = false;
   std::string TrayDescriptorFile;

@@ -40,33 +40,10 @@ MethodSettings Tray() {
   MethodSettings m = Cuvette();
   m.DeliveryMethod = Delivery::Autosampler;
   AutosamplerSettings& a = m.Autosampler;
-  a = {300,
-       100,
-       30,
-       15,
-       10,
-       10,
-       10,
-       300,
-       0,
-       10,
-       5,
-       7,
-       1,
-       50,
-       2,
-       50,
-       70,
-       100,
-       105,
-       70,
-       30,
-       1,
-       PumpResolution::Standard,
-       1,
-       true,
-       true,
-       ""};
+  // clang-format off
+  a = {300, 100, 30, 15, 10, 10, 10, 300, 0, 10, 5, 7, 1, 50, 2, 50, 70, 100, 105, 70, 30, 1,
+       PumpResolution::Standard, Disposition::ThrowAway, true, true, ""};
+  // clang-format on
   return m;
 }
 

@@ -54,7 +54,7 @@ MethodSettings TrayMethod(const std::string& trayFile) {
   a.StandardBFHeight = 30;
   a.TubeHeight = 105;
   a.BackFillHeight = 70;
-  a.SampleDisposition = 1;
+  a.SampleDisposition = Disposition::ThrowAway;
   a.Resolution = PumpResolution::Standard;
   a.PumpDirection = 1;
   a.TrayDescriptorFile = trayFile;

@@ -32,7 +32,7 @@ inline MethodSettings SynchAutosamplerMethod() {
                         "robot",
                         "Plate 12", {}, {2.5f, 20, 250, 600, 30, 0.1f},
                         {750, 500, 25, 15, 10, 10, 10, 8000, 15, 5, 5, 96, 1, 50, 2, 50, 70, 100,
-                         105, 70, 30, 2, PumpResolution::Fine, 2, true, false, "/lab/METHODS/tray96.tgf"}, {}};
+                         105, 70, 30, 2, PumpResolution::Fine, Disposition::Save, true, false, "/lab/METHODS/tray96.tgf"}, {}};
 }
 // clang-format on
 

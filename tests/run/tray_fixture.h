@@ -135,7 +135,7 @@ inline MethodSettings TrayMethod(bool fixed = true, bool synch = false, int repe
   a.StandardBFHeight = 30;
   a.TubeHeight = 105;
   a.BackFillHeight = 70;
-  a.SampleDisposition = 1;
+  a.SampleDisposition = Disposition::ThrowAway;
   return m;
 }
 

@@ -33,7 +33,7 @@ TEST(TubeCycle, RinseDrawAndDisposalOfOneTubeByteForByte) {
   EXPECT_FALSE(fx.bench.flowCellFilled);
   ASSERT_EQ(LinkFailure::None, cycle.DrawIntoFlowCell(7, 105, 70, fx.state.Steps));
   EXPECT_EQ("tube 7", fx.bench.flowCell.label);
-  ASSERT_EQ(LinkFailure::None, cycle.DisposeSample(1, SampleType::Sample));
+  ASSERT_EQ(LinkFailure::None, cycle.DisposeSample(Disposition::ThrowAway, SampleType::Sample));
   EXPECT_EQ((std::vector<std::string>{"Locating Sample", "Extracting Sample",
                                       "Flushing Sample Into Flow Cell",
                                       "Back Flushing Sample Into Flow Cell"}),
@@ -95,7 +95,7 @@ TEST(TrayRun, EachTubesRecordHoldsWhatThatTubeHeldOnTheSimulatedBench) {
 
 TEST(TrayRun, SavedSamplesGoBackToTheirTubesWhileReferencesAlwaysGoToTheRinseStation) {
   MethodSettings method = TrayMethod();
-  method.Autosampler.SampleDisposition = 2;
+  method.Autosampler.SampleDisposition = Disposition::Save;
   method.Autosampler.EndingTube = 6;
   TrayFixture fx(method);
   fx.controller->press(RunButton::InitRead);

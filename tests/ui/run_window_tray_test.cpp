@@ -63,7 +63,7 @@ struct TrayWindow {
     a.RinseHeight = 2;
     a.TubeHeight = 3;
     a.BackFillHeight = 2;
-    a.SampleDisposition = 1;
+    a.SampleDisposition = Disposition::ThrowAway;
     for (int k = 0; k <= 7; ++k) {
       state.Tray.positions[static_cast<std::size_t>(k)] =
           TrayPosition{1.0f + static_cast<float>(k), 1.0f, static_cast<std::int16_t>(k)};
