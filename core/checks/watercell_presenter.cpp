@@ -231,7 +231,7 @@ void WaterCellPresenter::endStoppedDrive(FluorimeterLink& link, int points, doub
   // The fluorimeter has no command that ends a drive: it streams its points to the last, and
   // only once it is quiet may it be spoken to again.
   const double leftS = std::max(0.0, kProgressSpanS - elapsedS);
-  view_.showStep("Stopping: waiting for the fluorimeter to end its drive (at most " +
+  view_.showStep("Stopping: the fluorimeter ends its drive (at most " +
                  std::to_string(static_cast<int>(leftS) + 2 * kDriveQuietS) + " s)");
   link.DrainUntilQuiet(kDriveQuietS, leftS + 2 * kDriveQuietS);
   stoppedWhen_ = "after " + std::to_string(points) + " of " + std::to_string(kPoints) +
@@ -283,11 +283,9 @@ void WaterCellPresenter::judge() {
 }
 
 void WaterCellPresenter::stopped(const std::string& when) {
-  const std::string told = "Water-cell check stopped " + when +
-                           ". Nothing was stored; the fluorimeter is idle and its port closed.";
   view_.printLine(CheckArea::Status, 1, "Stopped " + when + ".", true);
   view_.printLine(CheckArea::Status, 2, "Nothing was stored. Rerun to check again.", false);
-  view_.showStep(told);
+  view_.showStep("Stopped: nothing stored; the fluorimeter is idle, its port closed");
   finish(WaterCellStage::Stopped);
 }
 

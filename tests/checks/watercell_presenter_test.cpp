@@ -258,10 +258,11 @@ TEST_F(WaterCellOnSimulatorTest, StopEndsWhereTheFluorimeterIsIdleAndStoresNothi
   p.rerun();
   EXPECT_EQ(WaterCellStage::Stopped, p.stage());
   EXPECT_EQ(14u, fluorimeter.commands().size());  // the set-up again and the drive; nothing after
-  EXPECT_NE(v.step.find("stopped after"), std::string::npos) << v.step;
-  EXPECT_NE(v.step.find("points; the fluorimeter has ended its drive. Nothing was stored"),
-            std::string::npos)
-      << v.step;
+  const std::string said = v.lines.at(CheckArea::Status, 1);
+  EXPECT_EQ(0u, said.find("Stopped after ")) << said;
+  EXPECT_NE(said.find(" of 240 points; the fluorimeter has ended its drive."), std::string::npos)
+      << said;
+  EXPECT_EQ("Stopped: nothing stored; the fluorimeter is idle, its port closed", v.step);
   EXPECT_FALSE(FileExists(dir + "ZORVEL.MSF"));
   p.ok();
   EXPECT_EQ(WaterCellStage::Within, runOnce());

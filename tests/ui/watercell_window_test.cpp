@@ -96,9 +96,11 @@ TEST_F(WaterCellWindowTest, StopEndsTheCheckStoringNothing) {
   ASSERT_FALSE(window.working());
   EXPECT_FALSE(stop->isEnabled());
   EXPECT_EQ(child<QLabel>(window, "SequenceStatus")->text(),
-            "Water-cell check stopped before its first setting. Nothing was stored; the "
-            "fluorimeter is idle and its port closed.");
-  EXPECT_TRUE(child<QLabel>(window, "Status")->text().startsWith("Stopped before"));
+            "Stopped: nothing stored; the fluorimeter is idle, its port closed");
+  EXPECT_EQ(child<QLabel>(window, "Status")->text(),
+            "Stopped before its first setting.\nNothing was stored. Rerun to check again.");
+  // The window holds its lines and buttons without overlap.
+  EXPECT_GE(window.height(), window.minimumSizeHint().height());
   EXPECT_TRUE(fluorimeter.commands().empty());
   EXPECT_TRUE(child<QPushButton>(window, "Rerun")->isVisible());
   QTest::keyClick(&window, Qt::Key_Escape);

@@ -138,7 +138,12 @@ void WaterCellWindow::setProgress(int percent) {
 }
 
 void WaterCellWindow::showStep(const std::string& text) {
-  onGuiThread([&] { steps_->showStep(text); });
+  onGuiThread([&] {
+    steps_->showStep(text);
+    // A step that wraps makes room for itself rather than run under the buttons.
+    const int needed = minimumSizeHint().height();
+    if (height() < needed) resize(width(), needed);
+  });
 }
 
 void WaterCellWindow::showStepProgress(int done, int total) {
