@@ -54,6 +54,10 @@ class PumpSim final : public LinePeer {
   const std::string& heldCommand() const { return held_; }
   int framesAccepted() const { return accepted_; }
   int framesRejected() const { return rejected_; }
+  // When the pump ("1") or the valve unit ("3") finishes what it was last told to do.
+  double busyUntilS(char address) const {
+    return address == '1' ? pumpBusyUntilS_ : valveBusyUntilS_;
+  }
 
  private:
   struct Frame {
