@@ -8,11 +8,15 @@ CuvetteStatusFeed::CuvetteStatusFeed(RunEngine& engine, RunViewTap& tap)
     : engine_(engine), tap_(tap) {
   engine_.machine().setListener([this](RunEvent event, RunState to) { moved(event, to); });
   tap_.setListener([this](const std::string& line) { engine_.trayStatus().message(line); });
+  // Counted where the records are written: a reading rejected and given up passes the same
+  // moves of the table as one accepted, but files nothing.
+  engine_.writer().setFiledListener([this](int count) { engine_.trayStatus().filed(count); });
   engine_.trayStatus().moved(TrayRunState::AwaitingInit);
 }
 
 CuvetteStatusFeed::~CuvetteStatusFeed() {
   engine_.machine().setListener({});
+  engine_.writer().setFiledListener({});
   tap_.setListener({});
 }
 

@@ -6,8 +6,8 @@
 namespace zorvel {
 
 // Keeps the run's status board following a cuvette run for as long as it lives: the state as
-// the run's table moves it, the start at Init, the end at Quit or a lost instrument, and each
-// line the status box shows. A tray run reports to the board itself and has none.
+// the run's table moves it, the start at Init, the end at Quit or a lost instrument, the readings
+// filed, and each line the status box shows. A tray run reports to the board itself and has none.
 class CuvetteStatusFeed {
  public:
   CuvetteStatusFeed(RunEngine& engine, RunViewTap& tap);

@@ -23,6 +23,11 @@ void RecordWriter::beforeFiling() {
                 simulated_ + " readings in data set " + state_.DataSet.FixPath);
 }
 
+void RecordWriter::countFiled() {
+  ++filed_;
+  if (filedListener_) filedListener_(filed_);
+}
+
 bool RecordWriter::append(const std::string& path, const std::string& record) {
   if (FileRecord(op_, path, record, state_.LineEnding)) return true;
   ++notRecorded_;
@@ -39,7 +44,9 @@ Verdict RecordWriter::WriteFixedRecord(SampleType type, char letter, const Recor
     reading.readings = content.readings;
     reading.comment = content.comment;
     reading.unattended = unattended_;
+    const int lostBefore = checks_.notRecorded();
     const Verdict verdict = checks_.check(reading);
+    if (verdict == Verdict::Keep && checks_.notRecorded() == lostBefore) countFiled();
     if (state_.Method.PrintResults) PrintResult(type, content);
     return verdict;
   }
@@ -48,7 +55,9 @@ Verdict RecordWriter::WriteFixedRecord(SampleType type, char letter, const Recor
       append(state_.DataSet.FixPath,
              FixedRecordLine(letter, content.sampleNumber, content.tube, content.readings,
                              content.comment, state_.LineEnding));
-  return written ? Verdict::Keep : Verdict::NotRecorded;
+  if (!written) return Verdict::NotRecorded;
+  if (letter != record_letter::kReplicate) countFiled();
+  return Verdict::Keep;
 }
 
 bool RecordWriter::WriteSynchRecord(SampleType type, char letter, const RecordContent& content,
@@ -59,8 +68,10 @@ bool RecordWriter::WriteSynchRecord(SampleType type, char letter, const RecordCo
   if (filed && !state_.Method.Fixed) {
     checks_.countScanOnly(type == SampleType::Control ? CheckKind::Control : CheckKind::Blank);
   }
-  return append(*path,
-                ScanRecordLine(letter, content.sampleNumber, content.points, state_.LineEnding));
+  const bool written = append(
+      *path, ScanRecordLine(letter, content.sampleNumber, content.points, state_.LineEnding));
+  if (written && !state_.Method.Fixed) countFiled();
+  return written;
 }
 
 std::string RecordWriter::ResultLine(SampleType type, const RecordContent& content) {

@@ -52,10 +52,17 @@ class RecordWriter {
 
   // Readings whose record the operator gave up writing.
   int notRecorded() const { return notRecorded_; }
+  // Readings filed so far, each once: when its fixed record is kept (in ".FIX", or by the
+  // check), or, for a method without fixed readings, when its scan is written. A replicate
+  // before the last is part of the reading that follows it and does not count.
+  int filed() const { return filed_; }
+  // Told the new count each time a reading is filed.
+  void setFiledListener(std::function<void(int)> listener) { filedListener_ = std::move(listener); }
 
  private:
   bool append(const std::string& path, const std::string& record);
   void beforeFiling();
+  void countFiled();
 
   const AppState& state_;
   Operator& op_;
@@ -63,6 +70,8 @@ class RecordWriter {
   QualityCheck& checks_;
   UnattendedAlerts* unattended_ = nullptr;
   int notRecorded_ = 0;
+  int filed_ = 0;
+  std::function<void(int)> filedListener_;
   Clock* clock_ = nullptr;
   std::string simulated_;
   bool simulatedLogged_ = false;

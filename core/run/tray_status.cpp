@@ -127,6 +127,10 @@ void TrayStatusBoard::moved(TrayRunState state) {
   change([state](TrayStatus& s) { s.state = state; });
 }
 
+void TrayStatusBoard::filed(int count) {
+  change([count](TrayStatus& s) { s.completed = count; });
+}
+
 std::string TrayRunStateName(TrayRunState state) {
   switch (state) {
     case TrayRunState::Idle:

@@ -44,7 +44,8 @@ struct TrayStatus {
   int tube = 0;             // the tray position in the cycle now (controls and blanks included)
   std::string sampleType;   // "Sample", "Pure", "Control", "Blank" of that tube
   int sampleNumber = 0;     // the number its records carry
-  int completed = 0;        // tubes finished, controls and blanks included
+  int completed = 0;        // tubes finished, controls and blanks included; of a cuvette run,
+                            // the readings filed
   int planned = 0;          // tubes the run plans to read, controls and blanks included
   std::string step;         // the step under way ("Locating Sample", ...)
   CalendarTime startedAt;   // the date and time the tray run started
@@ -87,6 +88,8 @@ class TrayStatusBoard {
   void ended(TrayRunEnd why);
   // A cuvette run's state, as its table moves it.
   void moved(TrayRunState state);
+  // A cuvette run has filed `count` readings.
+  void filed(int count);
 
  private:
   template <typename Change>

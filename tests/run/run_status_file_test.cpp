@@ -72,12 +72,22 @@ TEST(RunStatusFile, FollowsACuvetteRunThroughItsWaitsToTheQuit) {
   EXPECT_EQ("1", field(decision, "sampleNumber"));
   EXPECT_EQ("\"[A]ccept/[R]eject/[C]ontrol/[B]lank\"", field(decision, "lastMessage"));
   EXPECT_NE("null", field(decision, "started"));
+  EXPECT_EQ("0", field(decision, "completed"));
   run.controller->press(RunButton::Accept);
+  // A reading rejected and given up is decided too, but files nothing: it is not counted.
+  run.controller->press(RunButton::InitRead);
+  run.op.answerNext(answer::kCancel);
+  run.controller->act(RunAction::Reject);
   run.controller->press(RunButton::Quit);
-  EXPECT_EQ((std::vector<std::string>{"\"setting up\"", "\"awaiting read\"", "\"reading\"",
-                                      "\"awaiting decision\"", "\"awaiting read\"", "\"ended\""}),
-            *states);
-  EXPECT_EQ("\"quit\"", field(testing::readFile(path), "ended"));
+  const std::vector<std::string> reading{"\"awaiting read\"", "\"reading\"",
+                                         "\"awaiting decision\""};
+  std::vector<std::string> expected{"\"setting up\""};
+  for (int i = 0; i < 2; ++i) expected.insert(expected.end(), reading.begin(), reading.end());
+  expected.insert(expected.end(), {"\"awaiting read\"", "\"ended\""});
+  EXPECT_EQ(expected, *states);
+  const std::string end = testing::readFile(path);
+  EXPECT_EQ("\"quit\"", field(end, "ended"));
+  EXPECT_EQ("1", field(end, "completed"));
   run.controller->trayStatus().setListener({});
 }
 
