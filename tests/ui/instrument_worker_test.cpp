@@ -29,10 +29,10 @@ TEST(InstrumentWorker, RunsJobsOffTheWindowThreadAndReportsBack) {
   // The window thread keeps answering while the job works.
   bool answered = false;
   QTimer::singleShot(1, [&] { answered = true; });
-  QTRY_VERIFY_WITH_TIMEOUT(answered, 2000);
+  ZORVEL_TRY_VERIFY(answered, 2000);
   EXPECT_TRUE(worker.busy());
   release = true;
-  QTRY_VERIFY_WITH_TIMEOUT(done, 2000);
+  ZORVEL_TRY_VERIFY(done, 2000);
   EXPECT_NE(jobThread, QThread::currentThread());
   EXPECT_FALSE(worker.busy());
 }
@@ -46,7 +46,7 @@ TEST(InstrumentWorker, AQuestionFromTheWorkerIsAskedOnTheWindowThread) {
   });
   std::atomic<int> answer{0};
   worker.start([&] { answer = op.message("Go on?", "Q", BoxIcon::Question, BoxButtons::YesNo); });
-  QTRY_VERIFY_WITH_TIMEOUT(answer.load() != 0, 3000);
+  ZORVEL_TRY_VERIFY(answer.load() != 0, 3000);
   EXPECT_EQ(answer.load(), zorvel::answer::kYes);
 }
 

@@ -43,7 +43,7 @@ TEST(IntensityWindow, ReadsOnTheSimulatorAndRefusesAnUnusableBox) {
   EXPECT_EQ("&Read Sample", child<QPushButton>(window, "Start")->text());
 
   child<QPushButton>(window, "Start")->click();
-  QTRY_VERIFY_WITH_TIMEOUT(!window.working(), 10000);
+  ZORVEL_TRY_VERIFY(!window.working(), 10000);
   const QString shown = child<QLabel>(window, "Status")->text();
   EXPECT_TRUE(QRegularExpression("^[0-9]+\\.[0-9]{3}$").match(shown).hasMatch())
       << shown.toStdString();
@@ -65,7 +65,7 @@ TEST(IntensityWindow, ReadsOnTheSimulatorAndRefusesAnUnusableBox) {
   QTest::keyClicks(ex, "abc");
   EXPECT_TRUE(op.messages().empty());
   child<QPushButton>(window, "Start")->click();
-  QTRY_VERIFY_WITH_TIMEOUT(!window.working(), 10000);
+  ZORVEL_TRY_VERIFY(!window.working(), 10000);
   ASSERT_EQ(1u, op.messages().size());
   EXPECT_EQ("Excitation Wavelength (nm): Non-numeric entry.  Please try again.",
             op.messages()[0].text);

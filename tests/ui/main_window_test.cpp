@@ -53,7 +53,7 @@ TEST(MainWindow, FirstStartMakesFoldersAsksForSetupAndExitLogs) {
   EXPECT_EQ(window.windowTitle(), "ZORVEL - SIMULATED fluorimeter");
   window.show();
   // The whole window, its buttons at the foot included, fits a 1024 x 768 screen.
-  QTRY_VERIFY(window.isVisible());
+  ZORVEL_TRY_VERIFY(window.isVisible(), 5000);
   EXPECT_LE(window.frameGeometry().width(), 1024);
   EXPECT_LE(window.frameGeometry().height(), 700);
   window.showMedians(std::vector<std::string>(30, "12345.6"));
@@ -66,7 +66,7 @@ TEST(MainWindow, FirstStartMakesFoldersAsksForSetupAndExitLogs) {
   op.chooseNext(dir + "DATA/BAD.FIX");
   window.action(MainMenu::AppendDataFile)->trigger();
   EXPECT_FALSE(window.menuBar()->isEnabled());
-  QTRY_VERIFY(window.menuBar()->isEnabled());
+  ZORVEL_TRY_VERIFY(window.menuBar()->isEnabled(), 5000);
   EXPECT_EQ(op.messages().back().text, "Invalid data file format. Line 1.");
   EXPECT_EQ(window.findChild<QLabel*>("MethodFile_Label")->text(), "None open.");
   EXPECT_EQ(window.findChild<QLabel*>("DataFile_Label")->text(), "None open");

@@ -180,8 +180,7 @@ TEST(MethodEditorWindow, NewMethodTypedWithTwentyColoursSavedAndReadOnTheBench) 
   ASSERT_NE(run, nullptr);
   const auto clickAndWait = [run](const char* button, const char* until) {
     QTest::mouseClick(run->findChild<QPushButton*>(button), Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(!run->working() && run->findChild<QWidget*>(until)->isVisible(),
-                             10000);
+    ZORVEL_TRY_VERIFY(!run->working() && run->findChild<QWidget*>(until)->isVisible(), 10000);
   };
   clickAndWait("OK_1", "OK_Frame");
   clickAndWait("OK_1", "AR_Frame");

@@ -1,5 +1,7 @@
 #include "ui/qt_app.h"
 
+#include <QElapsedTimer>
+#include <QTest>
 #include <memory>
 
 namespace zorvel::testing {
@@ -12,6 +14,17 @@ QApplication& qtApp() {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   static auto* app = new QApplication(argc, argv);
   return *app;
+}
+
+bool waitUntil(const std::function<bool()>& done, int timeoutMs) {
+  QElapsedTimer waited;
+  waited.start();
+  while (!done()) {
+    if (waited.elapsed() > timeoutMs) return false;
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    QTest::qWait(5);
+  }
+  return true;
 }
 
 void whenShown(const QString& objectName, std::function<void(QWidget*)> act) {

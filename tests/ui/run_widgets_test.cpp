@@ -168,8 +168,8 @@ TEST(RunViewRelay, BringsWorkerCallsToTheWindowThreadInOrderAndDropsThemOnceItIs
     relay.closeWindow();
     returned = true;  // never waits for the window
   });
-  QTRY_VERIFY_WITH_TIMEOUT(returned.load(), 2000);
-  QTRY_COMPARE_WITH_TIMEOUT(view.calls.size(), std::size_t{205}, 2000);
+  ZORVEL_TRY_VERIFY(returned.load(), 2000);
+  ZORVEL_TRY_COMPARE(view.calls.size(), std::size_t{205}, 2000);
   EXPECT_EQ(view.calls[1], "clear");
   EXPECT_EQ(view.calls[2], "Reading Sample");
   EXPECT_EQ(view.calls[3], "3,1=87.5");

@@ -101,7 +101,7 @@ struct WindowRun {
   // Clicks a button and waits until the window has shown what the click's work made.
   void clickAndWait(const char* name, const char* until) {
     QTest::mouseClick(button(name), Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(!window->working() && find<QWidget>(until)->isVisible(), 5000);
+    ZORVEL_TRY_VERIFY(!window->working() && find<QWidget>(until)->isVisible(), 5000);
   }
 
   AppState state;
@@ -170,7 +170,7 @@ TEST(RunWindow, CuvetteRunInitReadRejectReadAcceptAndQuit) {
   EXPECT_EQ(std::count(fix.begin(), fix.end(), '\n'), 1) << testing::visible(fix);
 
   QTest::mouseClick(run.button("OK_2"), Qt::LeftButton);
-  QTRY_VERIFY_WITH_TIMEOUT(run.window.isNull(), 2000);
+  ZORVEL_TRY_VERIFY(run.window.isNull(), 2000);
   EXPECT_EQ(run.closedWithControls, 0);
   EXPECT_NE(testing::readFile(run.state.LogPath).find("Lamp On"), std::string::npos);
   // The set's status file was kept through the run and says how it ended.
@@ -183,8 +183,7 @@ TEST(RunWindow, CuvetteRunInitReadRejectReadAcceptAndQuit) {
 TEST(RunWindow, AnswersTheOperatorWhileAReadingIsUnderWayAndTakesKeysOnItsButtons) {
   WindowRun run(true, false, 1.0f, 1);
   QTest::keyClick(run.button("OK_1"), Qt::Key_I);
-  QTRY_VERIFY_WITH_TIMEOUT(!run.window->working() && run.button("OK_1")->text() == "&Read Sample",
-                           5000);
+  ZORVEL_TRY_VERIFY(!run.window->working() && run.button("OK_1")->text() == "&Read Sample", 5000);
 
   QElapsedTimer reading;
   reading.start();
@@ -197,23 +196,22 @@ TEST(RunWindow, AnswersTheOperatorWhileAReadingIsUnderWayAndTakesKeysOnItsButton
   EXPECT_NE(autoHeight->isChecked(), before);
   bool ticked = false;
   QTimer::singleShot(10, [&ticked] { ticked = true; });
-  QTRY_VERIFY_WITH_TIMEOUT(ticked, 200);
+  ZORVEL_TRY_VERIFY(ticked, 200);
   // Abort and pause belong to tray runs: in a cuvette run F5 shows nothing and stops nothing.
   QTest::keyClick(run.window, Qt::Key_F5);
   EXPECT_FALSE(run.window->controller().StopRequested.load());
   EXPECT_EQ(run.find<QLabel>("AbortMsg")->text(), "");
   EXPECT_TRUE(run.window->working());
   EXPECT_LT(reading.elapsed(), 800);
-  QTRY_VERIFY_WITH_TIMEOUT(run.find<QGroupBox>("AR_Frame")->isVisible(), 5000);
+  ZORVEL_TRY_VERIFY(run.find<QGroupBox>("AR_Frame")->isVisible(), 5000);
   EXPECT_GE(reading.elapsed(), 1000);
 
   // Keys on the decision buttons: an unknown one beeps and leaves the choice open, "a" accepts.
   QTest::keyClick(run.button("AcceptReject_1"), Qt::Key_X);
-  QTRY_VERIFY_WITH_TIMEOUT(!run.window->working(), 2000);
+  ZORVEL_TRY_VERIFY(!run.window->working(), 2000);
   EXPECT_TRUE(run.find<QGroupBox>("AR_Frame")->isVisible());
   QTest::keyClick(run.button("AcceptReject_1"), Qt::Key_A);
-  QTRY_VERIFY_WITH_TIMEOUT(!run.window->working() && run.find<QGroupBox>("OK_Frame")->isVisible(),
-                           2000);
+  ZORVEL_TRY_VERIFY(!run.window->working() && run.find<QGroupBox>("OK_Frame")->isVisible(), 2000);
   EXPECT_FALSE(testing::readFile(run.state.DataSet.FixPath).empty());
 }
 
@@ -276,7 +274,7 @@ TEST(RunWindow, AFarControlIsRefusedThenKeptAndTheChecksLetGoOfTheGridWhenItClos
   EXPECT_EQ(run.qc->ControlCount(), 4);
 
   QTest::mouseClick(run.button("OK_2"), Qt::LeftButton);
-  QTRY_VERIFY_WITH_TIMEOUT(run.window.isNull(), 2000);
+  ZORVEL_TRY_VERIFY(run.window.isNull(), 2000);
   EXPECT_EQ(run.closedWithControls, 1);
   // A check after the window has gone paints nothing: the grid it painted is no more.
   alert.answers = {6};

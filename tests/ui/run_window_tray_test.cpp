@@ -112,13 +112,13 @@ TEST(RunWindowTray, F11PausesAndResumesAndF5AbortsWhileTheWindowAnswers) {
   ASSERT_FALSE(run.window.isNull());
   // The dilutor is initialised on the worker: the window is back before it is done.
   EXPECT_TRUE(run.window->working());
-  QTRY_VERIFY_WITH_TIMEOUT(!run.window->working(), 5000);
+  ZORVEL_TRY_VERIFY(!run.window->working(), 5000);
   QTest::mouseClick(run.ok(), Qt::LeftButton);
-  QTRY_VERIFY_WITH_TIMEOUT(!run.window->working() && run.ok()->text() == "&Read Sample", 5000);
+  ZORVEL_TRY_VERIFY(!run.window->working() && run.ok()->text() == "&Read Sample", 5000);
   EXPECT_TRUE(run.label("Status").contains("[R]ead Tray or [Q]uit"));
 
   QTest::mouseClick(run.ok(), Qt::LeftButton);
-  QTRY_VERIFY_WITH_TIMEOUT(run.label("Status").contains("Extracting Sample"), 10000);
+  ZORVEL_TRY_VERIFY(run.label("Status").contains("Extracting Sample"), 10000);
   EXPECT_TRUE(run.shown("TrayStatus"));
   EXPECT_EQ("Tube 1 of 3: Sample 1 in tray tube 5", run.label("TrayTube"));
   EXPECT_EQ("Step: Extracting Sample", run.label("TrayStep"));
@@ -126,13 +126,14 @@ TEST(RunWindowTray, F11PausesAndResumesAndF5AbortsWhileTheWindowAnswers) {
   EXPECT_EQ("Pausing.  Please Wait.", run.label("AbortMsg"));
   // Said the moment the key is pressed, with the tube it waits for.
   EXPECT_EQ("Pause requested: pausing after tube 5", run.label("TrayRequest"));
-  QTRY_COMPARE_WITH_TIMEOUT(run.label("AbortMsg"), QString("Paused.  Press F11 to Restart"), 10000);
+  ZORVEL_TRY_COMPARE(run.label("AbortMsg"), QString("Paused.  Press F11 to Restart"), 10000);
   EXPECT_EQ(RunState::Paused, run.window->controller().state());
-  QTRY_COMPARE_WITH_TIMEOUT(run.label("TrayRequest"), QString("Paused"), 2000);
-  EXPECT_EQ("Paused", run.label("Status"));
+  ZORVEL_TRY_COMPARE(run.label("TrayRequest"), QString("Paused"), 2000);
+  // The status box hears of the pause just after the panel does.
+  ZORVEL_TRY_COMPARE(run.label("Status"), QString("Paused"), 2000);
   // The clock goes on while the run stands.
   const QString before = run.label("TimeInfo");
-  QTRY_VERIFY_WITH_TIMEOUT(run.label("TimeInfo") != before, 2500);
+  ZORVEL_TRY_VERIFY(run.label("TimeInfo") != before, 2500);
   EXPECT_TRUE(run.label("TimeInfo").contains("Completed (1 / 3)"));
   // Held after the first tube, and the window still answers: F5 is no abort while paused.
   QTest::keyClick(run.window, Qt::Key_F5);
@@ -140,7 +141,7 @@ TEST(RunWindowTray, F11PausesAndResumesAndF5AbortsWhileTheWindowAnswers) {
   EXPECT_EQ(RunState::Paused, run.window->controller().state());
   EXPECT_EQ(1u, records(run));
   QTest::keyClick(run.window, Qt::Key_F11);
-  QTRY_COMPARE_WITH_TIMEOUT(run.window->controller().state(), RunState::TrayRun, 5000);
+  ZORVEL_TRY_COMPARE(run.window->controller().state(), RunState::TrayRun, 5000);
   EXPECT_EQ("F5 - Abort      F11 - Pause", run.label("AbortMsg"));
 
   // F5 during the next tube's rinse, answered Yes, ends the run before its draw: only the arm
@@ -151,13 +152,13 @@ TEST(RunWindowTray, F11PausesAndResumesAndF5AbortsWhileTheWindowAnswers) {
     asked = message->text();
     message->button(QMessageBox::Yes)->click();
   });
-  QTRY_VERIFY_WITH_TIMEOUT(run.label("TrayTube").endsWith("tray tube 6") &&
-                               run.label("TrayStep") == "Step: Rinsing & Drying System",
-                           5000);
+  ZORVEL_TRY_VERIFY(run.label("TrayTube").endsWith("tray tube 6") &&
+                        run.label("TrayStep") == "Step: Rinsing & Drying System",
+                    5000);
   QTest::keyClick(run.window, Qt::Key_F5);
   EXPECT_EQ("Aborting.  Please Wait.", run.label("AbortMsg"));
   EXPECT_EQ("Abort requested: stopping after the rinse, before tube 6", run.label("TrayRequest"));
-  QTRY_VERIFY_WITH_TIMEOUT(!run.window->working() && run.ok()->isVisible(), 15000);
+  ZORVEL_TRY_VERIFY(!run.window->working() && run.ok()->isVisible(), 15000);
   EXPECT_EQ("Do you want to abort the current run", asked);
   EXPECT_TRUE(run.label("Status").contains("Run aborted.")) << run.label("Status").toStdString();
   EXPECT_FALSE(run.label("Status").contains("Finishing up run."));
