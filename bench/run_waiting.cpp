@@ -28,7 +28,7 @@ void BM_RunReadsOneCuvetteForTenSeconds(benchmark::State& state) {
   m.ReadTime = 10;
   m.ReadTimePures = 10;
   m.ScanSpeed = 240;
-  m.FilterSetting = 7;
+  m.FilterSetting = EmissionFilter::None;
   m.PMTVoltage = 820;
   m.Repetitions = 1;
   m.FixedPairs[1] = {350, 397.5f, 5, 5, 0};

@@ -192,7 +192,7 @@ void TubeMethod(AppState& app) {
   m.ReadTime = 1;
   m.ReadTimePures = 1;
   m.ScanSpeed = 240;
-  m.FilterSetting = 7;
+  m.FilterSetting = EmissionFilter::None;
   m.PMTVoltage = 820;
   m.Repetitions = 1;
   m.DeliveryMethod = Delivery::Autosampler;

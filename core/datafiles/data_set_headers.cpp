@@ -64,7 +64,7 @@ std::string headingRow(const AppState& state, std::string_view label,
 // The lines the scan header and the scan databases share, from "Analyst" on.
 void scanSettingLines(HeaderText& t, const MethodSettings& m, const CalendarTime& created) {
   t.field("Analyst", m.Operator);
-  t.field("Cutoff Filter", text::plain(m.FilterSetting));
+  t.field("Cutoff Filter", text::plain(WheelPosition(m.FilterSetting)));
   t.field("PMT Voltage", text::plainSingle(m.PMTVoltage));
   t.field("Sample Identification", m.StudyId);
   t.field("Amount of solvent", text::plainSingle(m.AmtSolvent));
@@ -89,7 +89,7 @@ std::string FixedHeaderText(const AppState& state, const CalendarTime& created) 
   t.field("Number of Wavelengths", text::plain(m.NoColors));
   t.field("Number of Pures", text::plain(m.NoPures));
   t.field("Analyst", m.Operator);
-  t.field("Cutoff Filter", text::plain(m.FilterSetting));
+  t.field("Cutoff Filter", text::plain(WheelPosition(m.FilterSetting)));
   t.field("PMT Voltage", text::plainSingle(m.PMTVoltage));
   t.field("Sample Identification", m.StudyId);
   t.field("Amount of solvent", text::plainSingle(m.AmtSolvent));

@@ -30,7 +30,7 @@ void printSettings(Printer& p, const MethodSettings& m) {
   printLine(p, "  Number of Wavelengths  " + text::plain(m.NoColors));
   printLine(p, "  Analyst                " + m.Operator);
   printLine(p, "  Sample Identification  " + m.StudyId);
-  printLine(p, "  Cutoff Filter          " + text::plain(m.FilterSetting));
+  printLine(p, "  Cutoff Filter          " + text::plain(WheelPosition(m.FilterSetting)));
   printLine(p, "  PMT Voltage            " + text::plainSingle(m.PMTVoltage));
   printLine(p, "  Scan Speed             " + text::plainSingle(m.ScanSpeed));
   printLine(p, "  Amount of Solvent      " + text::plainSingle(m.AmtSolvent));

@@ -9,33 +9,33 @@ namespace zorvel::method_codes {
 namespace {
 
 struct FilterName {
-  std::int16_t code;
+  EmissionFilter filter;
   std::string_view text;
 };
 
-// There is no code 6: the filter wheel position it would name holds no filter option.
-constexpr std::array<FilterName, 7> kFilters{{{1, "290 nm"},
-                                              {2, "350 nm"},
-                                              {3, "390 nm"},
-                                              {4, "430 nm"},
-                                              {5, "530 nm"},
-                                              {7, "None"},
-                                              {8, "1% transmittance"}}};
+using F = EmissionFilter;
+constexpr std::array<FilterName, 7> kFilters{{{F::Cutoff290, "290 nm"},
+                                              {F::Cutoff350, "350 nm"},
+                                              {F::Cutoff390, "390 nm"},
+                                              {F::Cutoff430, "430 nm"},
+                                              {F::Cutoff530, "530 nm"},
+                                              {F::None, "None"},
+                                              {F::Transmittance1Percent, "1% transmittance"}}};
 
 }  // namespace
 
-std::string FilterText(std::int16_t code) {
+std::string FilterText(EmissionFilter filter) {
   for (const auto& f : kFilters) {
-    if (f.code == code) return std::string(f.text);
+    if (f.filter == filter) return std::string(f.text);
   }
-  // A code the editor never produces; written as its number, which reads back as unchanged.
-  return text::plain(code);
+  // A position the editor never produces; written as its number, which reads back as unchanged.
+  return text::plain(WheelPosition(filter));
 }
 
-void ApplyFilterText(std::string_view text, std::int16_t& code) {
+void ApplyFilterText(std::string_view text, EmissionFilter& filter) {
   for (const auto& f : kFilters) {
     if (f.text == text) {
-      code = f.code;
+      filter = f.filter;
       return;
     }
   }

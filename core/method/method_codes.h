@@ -11,9 +11,9 @@
 namespace zorvel::method_codes {
 
 // "290 nm" .. "530 nm", "None", "1% transmittance"; an unknown code is written as its number.
-std::string FilterText(std::int16_t code);
+std::string FilterText(EmissionFilter filter);
 // Sets the code when the text is one of the filter texts; leaves it unchanged otherwise.
-void ApplyFilterText(std::string_view text, std::int16_t& code);
+void ApplyFilterText(std::string_view text, EmissionFilter& filter);
 
 // "AutoSampler" or "Cuvette"; any other text reads as the cuvette.
 std::string_view DeliveryText(Delivery delivery);

@@ -43,7 +43,7 @@ void SetMethodDefaults(AppState& state) {
   m.Synch = false;
   m.Spillover = true;
   m.PMTVoltage = 820;
-  m.FilterSetting = 2;
+  m.FilterSetting = EmissionFilter::Cutoff350;
   m.NoColors = 1;
   m.NoPures = 1;
   m.ScanSpeed = 480;

@@ -175,7 +175,7 @@ void MethodEditor::optionClicked(MethodControl group, int index) {
       showScanType();
       break;
     case C::Filter_grp:
-      m.FilterSetting = static_cast<std::int16_t>(index);
+      m.FilterSetting = static_cast<EmissionFilter>(index);  // the options are wheel positions
       break;
     case C::Voltage_grp:
       view().setControlVisible(C::PMTVoltage, index != 1);
@@ -274,7 +274,7 @@ void MethodEditor::showOptions() {
   MethodEditorView& v = view();
   v.showOption(C::ScanType, m.Fixed && m.Synch ? 3 : (m.Synch ? 2 : 1));
   showScanType();
-  v.showOption(C::Filter_grp, m.FilterSetting);
+  v.showOption(C::Filter_grp, WheelPosition(m.FilterSetting));
   const bool defaultVoltage = m.PMTVoltage < 0;
   v.showOption(C::Voltage_grp, defaultVoltage ? 1 : 2);
   v.setControlVisible(C::PMTVoltage, !defaultVoltage);

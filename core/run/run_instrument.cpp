@@ -20,7 +20,7 @@ bool RunInstrument::setUp(const MethodSettings& method) {
       {S::FreeRun(), "Setting-up Instrument...Set Free Run Mode"},
       {S::Fluorescence(), "Setting-up Instrument...Set Fluorescence Mode"},
       {S::Lamp(), "Setting-up Instrument...Turn Lamp On"},
-      {S::Filter(method.FilterSetting), "Setting-up Instrument...Set Filter"},
+      {S::Filter(WheelPosition(method.FilterSetting)), "Setting-up Instrument...Set Filter"},
       {S::Voltage(static_cast<int>(method.PMTVoltage)), "Setting-up Instrument...Set PMT Voltage"},
       {S::Speed(method.ScanSpeed), "Setting-up Instrument...Set Scan Speed"},
   };

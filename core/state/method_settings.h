@@ -25,6 +25,21 @@ enum class PumpResolution : std::uint8_t { Standard, Fine };
 // into its tube.
 enum class Disposition : std::uint8_t { ThrowAway, Save };
 
+// The emission filter wheel's positions a method chooses from; the number is the position the
+// instrument is sent and the data files record. Position 6 holds no filter a method may use.
+enum class EmissionFilter : std::int16_t {
+  Cutoff290 = 1,
+  Cutoff350 = 2,
+  Cutoff390 = 3,
+  Cutoff430 = 4,
+  Cutoff530 = 5,
+  None = 7,
+  Transmittance1Percent = 8,
+};
+inline int WheelPosition(EmissionFilter filter) {
+  return static_cast<int>(filter);
+}
+
 // The synchronous scan of a method.
 struct SynchScanSettings {
   float ExSl = 0;
@@ -89,7 +104,7 @@ struct MethodSettings {
   float ReadTime = 0;
   float ReadTimePures = 0;
   float ScanSpeed = 0;
-  std::int16_t FilterSetting = 0;  // 1 290 nm .. 5 530 nm, 7 None, 8 1% transmittance
+  EmissionFilter FilterSetting{};
   float PMTVoltage = 0;
   Delivery DeliveryMethod = Delivery::Cuvette;
   bool PrintResults = false;

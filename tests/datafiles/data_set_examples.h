@@ -13,7 +13,7 @@ namespace zorvel::testing {
 inline AppState LiverSetState() {
   AppState state;
   FillColourTables(state);
-  state.Method = {true, true, false, 2, 2, 1, 10, 480, 2, 820, Delivery::Cuvette, false, 2.5f, 0,
+  state.Method = {true, true, false, 2, 2, 1, 10, 480, EmissionFilter::Cutoff350, 820, Delivery::Cuvette, false, 2.5f, 0,
                   DataFileType::DosWindows, "JS", "Liver extracts", {}, {4, 4, 360, 700, 15, 0.5f}, {}, {}};
   state.Method.FixedPairs[1] = {493, 515, 5, 5, 4};
   state.Method.FixedPairs[2] = {617.5f, 640, 12.5f, 2.5f, 10};
@@ -26,7 +26,7 @@ inline AppState LiverSetState() {
 inline AppState RackSetState() {
   AppState state;
   FillColourTables(state);
-  state.Method = {true, true, false, 1, 1, 0.5f, 10, -240, 7, -1, Delivery::Autosampler, false, 2, 0,
+  state.Method = {true, true, false, 1, 1, 0.5f, 10, -240, EmissionFilter::None, -1, Delivery::Autosampler, false, 2, 0,
                   DataFileType::Macintosh, "AS", "Rack A", {}, {5, 5, 300, 500, 15, 1}, {}, {}};
   state.Method.FixedPairs[1] = {340, 400, 10, 10, 0};
   state.LineEnding = "\r";

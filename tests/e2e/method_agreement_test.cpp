@@ -24,7 +24,7 @@ MethodSettings Cuvette() {
   m.ReadTime = 1;
   m.ReadTimePures = 1;
   m.ScanSpeed = 480;
-  m.FilterSetting = 2;
+  m.FilterSetting = EmissionFilter::Cutoff350;
   m.PMTVoltage = 820;
   m.Repetitions = 1;
   m.AmtSolvent = 2;

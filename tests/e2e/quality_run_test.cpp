@@ -24,7 +24,7 @@ std::string Workspace() {
   m.ReadTime = 0.25f;
   m.ReadTimePures = 0.25f;
   m.ScanSpeed = 1500;
-  m.FilterSetting = 7;
+  m.FilterSetting = EmissionFilter::None;
   m.PMTVoltage = 820;
   m.Repetitions = 1;
   m.AmtSolvent = 1;

@@ -34,7 +34,7 @@ MethodSettings TwelveTubes(const std::string& trayFile) {
   m.ReadTime = 0.1f;
   m.ReadTimePures = 0.1f;
   m.ScanSpeed = 1500;
-  m.FilterSetting = 7;
+  m.FilterSetting = EmissionFilter::None;
   m.PMTVoltage = 820;
   m.Repetitions = 1;
   m.AmtSolvent = 1;

@@ -91,7 +91,7 @@ TEST(MethodEditorFields, OptionGroupsStoreTheirIndexAndShowWhatBelongsToThem) {
   e.editor.optionClicked(C::FileType, 2);
   EXPECT_EQ(e.state.LineEnding, "\r");
   e.editor.optionClicked(C::Filter_grp, 8);
-  EXPECT_EQ(m.FilterSetting, 8);
+  EXPECT_EQ(m.FilterSetting, EmissionFilter::Transmittance1Percent);
   e.editor.checkChanged(C::UsePrn_Box, true);
   EXPECT_TRUE(m.PrintResults);
 

@@ -10,7 +10,7 @@ namespace zorvel::testing {
 
 // clang-format off
 inline MethodSettings FixedCuvetteMethod() {
-  MethodSettings m{true, false, true, 3, 3, 1, 10, 480, 2, 820, Delivery::Cuvette, false, 2.5f, 1, DataFileType::DosWindows, "JS",
+  MethodSettings m{true, false, true, 3, 3, 1, 10, 480, EmissionFilter::Cutoff350, 820, Delivery::Cuvette, false, 2.5f, 1, DataFileType::DosWindows, "JS",
                    "Liver extracts, batch 7", {}, {}, {}, {}};
   m.FixedPairs[1] = {380, 440, 5, 5, 1};
   m.FixedPairs[2] = {493, 515, 5, 5, 4};
@@ -19,7 +19,7 @@ inline MethodSettings FixedCuvetteMethod() {
 }
 
 inline MethodSettings FixedSynchCuvetteMethod() {
-  MethodSettings m{true, true, true, 2, 2, 0.5f, 10, -240, 8, -1, Delivery::Cuvette, true, 2, 3, DataFileType::Macintosh,
+  MethodSettings m{true, true, true, 2, 2, 0.5f, 10, -240, EmissionFilter::Transmittance1Percent, -1, Delivery::Cuvette, true, 2, 3, DataFileType::Macintosh,
                    " M. Dupr\xe9 ", "Gill tissue", {}, {4, 4, 330, 720, 15, 0.5f}, {}, {}};
   m.FixedPairs[1] = {340, 400, 10, -1, 0};
   m.FixedPairs[2] = {682, 705.25f, 15, 20, 13};
@@ -28,7 +28,7 @@ inline MethodSettings FixedSynchCuvetteMethod() {
 
 inline MethodSettings SynchAutosamplerMethod() {
   // Autosampler: volumes, speeds and times, tubes, heights, pump direction, then the codes.
-  return MethodSettings{false, true, true, 1, 1, 1, 10, 1500, 7, 775, Delivery::Autosampler, false, 2, 1, DataFileType::DosWindows,
+  return MethodSettings{false, true, true, 1, 1, 1, 10, 1500, EmissionFilter::None, 775, Delivery::Autosampler, false, 2, 1, DataFileType::DosWindows,
                         "robot",
                         "Plate 12", {}, {2.5f, 20, 250, 600, 30, 0.1f},
                         {750, 500, 25, 15, 10, 10, 10, 8000, 15, 5, 5, 96, 1, 50, 2, 50, 70, 100,

@@ -84,14 +84,15 @@ TEST(MethodFile, CodedLinesTakeOnlyTheirExactText) {
   // Keys are never compared: only the order of the lines counts.
   text = replaced(text, "No.Colors?=3", "Colours=3");
   AppState state;
-  state.Method.FilterSetting = 5;
+  state.Method.FilterSetting = EmissionFilter::Cutoff530;
   state.Method.FileType = DataFileType::Macintosh;
   ScriptedOperator op;
   ASSERT_TRUE(readText(state, op, text));
   EXPECT_TRUE(state.Method.Fixed);  // only "False" clears a flag
   EXPECT_FALSE(state.Method.Spillover);
-  EXPECT_FALSE(state.Method.PrintResults);   // only "True" sets it
-  EXPECT_EQ(state.Method.FilterSetting, 5);  // unknown filter text: code unchanged
+  EXPECT_FALSE(state.Method.PrintResults);  // only "True" sets it
+  EXPECT_EQ(state.Method.FilterSetting,
+            EmissionFilter::Cutoff530);  // unknown filter text: code unchanged
   EXPECT_EQ(state.Method.DeliveryMethod, Delivery::Cuvette);
   EXPECT_EQ(state.Method.FileType, DataFileType::DosWindows);
   EXPECT_EQ(state.Method.NoColors, 3);

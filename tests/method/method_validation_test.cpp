@@ -25,7 +25,7 @@ struct Validation {
     m.ReadTime = 1;
     m.ReadTimePures = 10;
     m.ScanSpeed = 480;
-    m.FilterSetting = 2;
+    m.FilterSetting = EmissionFilter::Cutoff350;
     m.PMTVoltage = 820;
     m.AmtSolvent = 2.5f;
     m.Repetitions = 1;

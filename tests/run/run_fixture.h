@@ -27,7 +27,7 @@ inline MethodSettings ThreeColourMethod(bool fixed, bool synch, int repetitions 
   m.ReadTime = 1;
   m.ReadTimePures = 2;
   m.ScanSpeed = 240;
-  m.FilterSetting = 7;
+  m.FilterSetting = EmissionFilter::None;
   m.PMTVoltage = 820;
   m.Repetitions = static_cast<std::int16_t>(repetitions);
   m.Operator = "JS";

@@ -64,7 +64,7 @@ struct WindowRun {
     m.ReadTime = readTimeS;
     m.ReadTimePures = readTimeS;
     m.ScanSpeed = 1500;
-    m.FilterSetting = 7;
+    m.FilterSetting = EmissionFilter::None;
     m.PMTVoltage = 820;
     m.Repetitions = 1;
     m.FixedPairs[1] = {493, 515, 5, 5, 4};

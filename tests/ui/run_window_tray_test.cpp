@@ -46,7 +46,7 @@ struct TrayWindow {
     m.ReadTime = 0.1f;
     m.ReadTimePures = 0.1f;
     m.ScanSpeed = 1500;
-    m.FilterSetting = 7;
+    m.FilterSetting = EmissionFilter::None;
     m.PMTVoltage = 820;
     m.Repetitions = 1;
     m.DeliveryMethod = Delivery::Autosampler;
