@@ -1,14 +1,12 @@
 #include "core/run/run_display.h"
 
-#include <cctype>
-
 #include "core/run/run_prompts.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {
 
 void RunDisplay::layOut(const MethodSettings& method, const std::vector<std::string>& medians,
-                        const std::string& dataSetName) {
+                        const DataSetPaths& set) {
   RunLayout layout{method.Fixed, method.Synch, {}};
   for (int i = 1; i <= method.NoColors && i <= kMaxColours; ++i) {
     const ColourDeclaration& pair = method.FixedPairs[static_cast<std::size_t>(i)];
@@ -18,11 +16,13 @@ void RunDisplay::layOut(const MethodSettings& method, const std::vector<std::str
   view_.setMedianRow(medians);
   gridRow_ = 1;
   status(prompt::kInitialise);
-  std::string base = dataSetName;
-  for (char& c : base) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  // The set's files as they are named on disk.
+  const auto fileName = [](const std::string& path) {
+    return path.substr(path.find_last_of('/') + 1);
+  };
   std::string& caption = screen_.filenameCaption;
-  if (method.Fixed) caption = base + ".FIX";
-  if (method.Synch) caption += (caption.empty() ? "" : "/") + base + ".SYN";
+  if (method.Fixed) caption = fileName(set.FixPath);
+  if (method.Synch) caption += (caption.empty() ? "" : "/") + fileName(set.SynPath);
   offerButton(prompt::kInitCaption);
 }
 

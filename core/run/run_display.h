@@ -5,6 +5,7 @@
 
 #include "core/run/run_types.h"
 #include "core/run/run_view.h"
+#include "core/state/data_set_paths.h"
 #include "core/state/method_settings.h"
 
 namespace zorvel {
@@ -19,7 +20,7 @@ class RunDisplay {
   // Form_Load: the frames and the colours' heads, the median row, the file caption and the
   // Init button; the grid starts again below its heads.
   void layOut(const MethodSettings& method, const std::vector<std::string>& medians,
-              const std::string& dataSetName);
+              const DataSetPaths& set);
 
   RunView& view() { return view_; }
   RunScreen& screen() { return screen_; }

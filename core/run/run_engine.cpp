@@ -36,8 +36,7 @@ RunEngine::RunEngine(RunServices services, const RunSetup& setup, RunView& view,
 void RunEngine::Form_Load() {
   instrument_.acquisition().forgetWavelengths();
   numbering_.keep(false);
-  display_.layOut(state_.Method, checks_.medianRow(state_.Method.NoColors),
-                  state_.DataSet.DataSetName);
+  display_.layOut(state_.Method, checks_.medianRow(state_.Method.NoColors), state_.DataSet);
 }
 
 void RunEngine::log(const std::string& entry) {

@@ -164,8 +164,8 @@ TEST(MethodEditorWindow, NewMethodTypedWithTwentyColoursSavedAndReadOnTheBench) 
 
   const std::string methodPath = dir + "METHODS/TROUT.MTH";
   op.chooseNext(methodPath);
-  op.chooseNext(dir + "DATA/TROUT.FIX");
-  op.answerNext(answer::kNo);  // no database build
+  op.chooseNext(dir + "DATA/trout.fix");  // named in lower case: kept so on disk and shown so
+  op.answerNext(answer::kNo);             // no database build
   const std::size_t before = op.shown.size();
   QTest::mouseClick(child<QPushButton>(form, "Save"), Qt::LeftButton);
   EXPECT_EQ(op.shown.size(), before + 3);  // two dialogs and the database question
@@ -178,6 +178,7 @@ TEST(MethodEditorWindow, NewMethodTypedWithTwentyColoursSavedAndReadOnTheBench) 
     if (w->objectName() == "SAMPLING" && w->isVisible()) run = qobject_cast<ui::RunWindow*>(w);
   }
   ASSERT_NE(run, nullptr);
+  EXPECT_EQ(run->findChild<QAction*>("MenuFilename")->text(), "trout.FIX");
   const auto clickAndWait = [run](const char* button, const char* until) {
     QTest::mouseClick(run->findChild<QPushButton*>(button), Qt::LeftButton);
     ZORVEL_TRY_VERIFY(!run->working() && run->findChild<QWidget*>(until)->isVisible(), 10000);
@@ -191,7 +192,7 @@ TEST(MethodEditorWindow, NewMethodTypedWithTwentyColoursSavedAndReadOnTheBench) 
     EXPECT_TRUE(number) << colour;
   }
   clickAndWait("AcceptReject_1", "OK_Frame");
-  EXPECT_FALSE(testing::readFile(dir + "DATA/TROUT.FIX").empty());
+  EXPECT_FALSE(testing::readFile(dir + "DATA/trout.FIX").empty());
   QTest::mouseClick(run->findChild<QPushButton*>("OK_2"), Qt::LeftButton);
 }
 
