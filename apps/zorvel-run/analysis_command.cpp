@@ -1,10 +1,11 @@
 #include <QDir>
 #include <QFileInfo>
+#include <csignal>
 #include <optional>
 
 #include "apps/zorvel-run/commands.h"
 #include "apps/zorvel-run/console_run_view.h"
-#include "apps/zorvel-run/tray_signals.h"
+#include "apps/zorvel-run/run_signals.h"
 #include "core/autosampler/autosampler_check.h"
 #include "core/datafiles/data_set_commands.h"
 #include "core/datafiles/empty_set.h"
@@ -43,8 +44,10 @@ bool loadMethod(Context& context, Operator& op) {
 // Why --resume starts no run on a set whose tray runs all completed: not a failure.
 constexpr const char* kNothingToResume = "the data set has no tray run left unfinished";
 
-// The shells' code for a program ended by SIGTERM.
-constexpr int kTerminatedExitCode = 128 + 15;
+// The shells' code for a program ended by a signal.
+int signalExitCode(int number) {
+  return 128 + number;
+}
 
 // The arm and the dilutor of a tray run, on their COM ports.
 struct TrayInstruments {
@@ -197,16 +200,16 @@ std::optional<int> refuseMethod(Context& context, RunOperator& op) {
 }
 
 // Answers the run's questions from the answer file until its window closes: the exit status
-// when the run has to end before that.
+// when the run has to end before that. Between two lines no step is under way: a signal that
+// stops the program is acted on there (a tray run has already stopped at its checkpoint).
 std::optional<int> answerUntilClosed(Context& context, RunController& run, ConsoleRunView& view,
-                                     RunOperator& op, std::optional<TraySignals>& traySignals) {
-  const bool tray = traySignals.has_value();
+                                     RunOperator& op, RunSignals& runSignals, bool tray) {
   while (!run.closed()) {
-    if (traySignals) traySignals->deliver(run);
-    if (traySignals && traySignals->terminated()) {
-      context.out << "Stopped on SIGTERM." << std::endl;
+    runSignals.deliver(run);
+    if (const int number = runSignals.stoppedBy()) {
+      context.out << "Stopped on " << (number == SIGINT ? "SIGINT" : "SIGTERM") << "." << std::endl;
       run.Form_Unload();
-      return kTerminatedExitCode;
+      return signalExitCode(number);
     }
     if (context.op.ended()) return context.op.exitCode();
     if (context.script.failed()) return context.fail(context.script.failure());
@@ -275,11 +278,10 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
                     start->setup, tracker);
   // On the simulated bench, each new cuvette the run asks for is the next one in the queue.
   if (auto changer = lines.cuvetteChanger(comPort)) run.setCuvetteChanger(std::move(changer));
-  std::optional<TraySignals> traySignals;
+  RunSignals runSignals(tray != nullptr);
   if (tray) {
-    traySignals.emplace();
     TrayHooks hooks;
-    hooks.yield = [&run, &traySignals] { traySignals->deliver(run); };
+    hooks.yield = [&run, &runSignals] { runSignals.deliver(run); };
     hooks.note = [&context](const std::string& note) { context.out << note << std::endl; };
     run.attachAutosampler(*tray->arm, *tray->pump, hooks);
   }
@@ -293,7 +295,8 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
                                      set.FixPath.empty() ? set.SynPath : set.FixPath},
                     RunStatusPath(set));
   run.Form_Load();
-  if (const auto ended = answerUntilClosed(context, run, view, op, traySignals)) return *ended;
+  if (const auto ended = answerUntilClosed(context, run, view, op, runSignals, tray != nullptr))
+    return *ended;
   run.Form_Unload();
   checks.attachGrid(nullptr);
   if (context.op.ended()) return context.op.exitCode();

@@ -62,7 +62,7 @@ void RunController::TubeRange_Click() {
 }
 
 void RunController::Terminate() {
-  if (tray_ != nullptr) engine_->terminate();
+  engine_->terminate();
 }
 
 RunController::~RunController() = default;
@@ -167,6 +167,9 @@ void RunController::SetVerticalScale(double yMin, double yMax) {
 void RunController::Form_Unload() {
   engine_->Form_Unload();
   plan_->closing();
+  if (cuvetteStatus_ && engine_->terminating() && !closed()) {
+    engine_->trayStatus().ended(TrayRunEnd::Terminated);
+  }
 }
 
 RunState RunController::state() const {

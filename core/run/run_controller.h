@@ -50,8 +50,9 @@ class RunController {
   void attachAutosampler(Arm& arm, Pump& pump, const TrayHooks& hooks);
   // "Tube Range Reset" (autosampler delivery; instant).
   void TubeRange_Click();
-  // Ends a tray run at its next checkpoint as a confirmed abort does, without asking (the
-  // program is being stopped). Any thread.
+  // The program is being stopped. A tray run ends at its next checkpoint as a confirmed abort
+  // does, without asking; a cuvette run, which has no checkpoint, ends when the window unloads
+  // before Quit. Any thread.
   void Terminate();
 
   // Lays the window out (instant), then, for autosampler delivery, initialises the dilutor (a
@@ -78,7 +79,8 @@ class RunController {
   // AutoHeight and the YMin/YMax entries of the scan plot.
   void SetAutoHeight(bool on);
   void SetVerticalScale(double yMin, double yMax);
-  // The window is closing: ends the printout and closes the fluorimeter port.
+  // The window is closing: ends the printout and closes the fluorimeter port. A cuvette run
+  // told to terminate ends here, as terminated.
   void Form_Unload();
 
   RunState state() const;

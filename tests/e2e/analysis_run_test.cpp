@@ -233,6 +233,39 @@ QStringList AppendArguments(const std::string& dir, const std::string& answers) 
           "--port",      "COM1=sim"};
 }
 
+// SIGTERM or SIGINT sent the moment the first sample's record is forced to the disk: the run
+// stops once that reading is filed, every record whole, and the status file says how it ended.
+TEST(AnalysisRun, ASignalEndsACuvetteRunAfterTheStepUnderWay) {
+  e2e::ensureApplication();
+  const QString strace = "/usr/bin/strace";
+  if (!QFileInfo::exists(strace)) GTEST_SKIP() << "strace is not installed";
+  MethodSettings method = QuickMethod(false);
+  method.NoColors = 1;
+  for (const auto& [name, number] : {std::pair{"SIGTERM", SIGTERM}, std::pair{"SIGINT", SIGINT}}) {
+    SCOPED_TRACE(name);
+    const std::string dir = Workspace(method);
+    const QString inject = QString("inject=fdatasync:signal=%1:when=1").arg(name);
+    QProcess run;
+    run.start(strace, QStringList{"-qq", "-f", "-o", "/dev/null", "-e", "trace=fdatasync", "-e",
+                                  inject, ZORVEL_RUN_EXECUTABLE}
+                          << RunArguments(dir, "no\ninit\nread\naccept\nread\naccept\nquit\n")
+                          << "--port"
+                          << "COM1=sim");
+    ASSERT_TRUE(run.waitForFinished(60000));  // a bound; the run ends well before it
+    const std::string out = run.readAllStandardOutput().toStdString();
+    ASSERT_EQ(128 + number, run.exitCode()) << out << run.readAllStandardError().toStdString();
+    EXPECT_NE(std::string::npos, out.find(std::string("Stopped on ") + name + ".")) << out;
+    const std::string data = dir + "DATA/RUN1.";
+    EXPECT_EQ(std::vector<std::string>{"S1"}, Labels(Records(data + "FIX")));
+    const std::string fix = testing::readFile(data + "FIX");
+    EXPECT_EQ("\r\n", fix.substr(fix.size() - 2));
+    const std::string status = testing::readFile(data + "status.json");
+    EXPECT_NE(std::string::npos, status.find("\"state\": \"ended\",\n  \"ended\": \"terminated\""))
+        << status;
+    EXPECT_NE(std::string::npos, status.find("\"completed\": 1,")) << status;
+  }
+}
+
 TEST(AnalysisRun, KilledBetweenTheFixAndSynRecordsTheNextRunNumbersAfterBoth) {
   e2e::ensureApplication();
   const std::string dir = Workspace(QuickMethod(true));
