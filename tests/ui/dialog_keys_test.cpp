@@ -252,5 +252,23 @@ TEST_F(WindowKeys, TabIntoAnOptionGroupLandsOnItsCheckedButton) {
   EXPECT_GT(landings, 20);  // setup, intensity, alert, trend and autosampler have groups
 }
 
+// The arrows still move the choice to a button that Tab passes over.
+TEST_F(WindowKeys, ArrowsMoveTheChoiceWithinAGroup) {
+  ui::SetupWindow window(state, op, [](const std::string&) {});
+  window.show();
+  window.activateWindow();
+  QCoreApplication::processEvents();
+  auto* first = window.findChild<QRadioButton*>("Model1");
+  auto* second = window.findChild<QRadioButton*>("Model2");
+  first->click();
+  first->setFocus();
+  EXPECT_FALSE(second->focusPolicy() & Qt::TabFocus);
+  QTest::keyClick(first, Qt::Key_Down);
+  EXPECT_TRUE(second->isChecked());
+  EXPECT_TRUE(second->hasFocus());
+  EXPECT_TRUE(second->focusPolicy() & Qt::TabFocus);
+  EXPECT_FALSE(first->focusPolicy() & Qt::TabFocus);
+}
+
 }  // namespace
 }  // namespace zorvel
