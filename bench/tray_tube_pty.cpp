@@ -35,6 +35,7 @@
 #include "sim/fluorimeter_sim.h"
 #include "sim/pty_bridge.h"
 #include "sim/pump_sim.h"
+#include "tests/support/method_builder.h"
 #include "ui/platform/qt_serial_line.h"
 
 namespace {
@@ -187,33 +188,13 @@ class FluorimeterWork final : public sim::LinePeer, public sim::LineEnd {
 
 void TubeMethod(AppState& app) {
   MethodSettings& m = app.Method;
-  m.Fixed = true;
-  m.NoColors = 1;
-  m.ReadTime = 1;
-  m.ReadTimePures = 1;
+  m = testing::FixedMethod(1, 1);
   m.ScanSpeed = 240;
-  m.FilterSetting = EmissionFilter::None;
-  m.PMTVoltage = 820;
-  m.Repetitions = 1;
-  m.DeliveryMethod = Delivery::Autosampler;
   m.FixedPairs[1] = {350, 397.5f, 5, 5, 0};
+  testing::FromTray(m, 1, kTubes, {500, 200, 100, 300});
   AutosamplerSettings& a = m.Autosampler;
-  a.SampleVolume = 500;
-  a.AirVolume = 200;
-  a.BackFlowVolume = 100;
-  a.FillSpeed = 10;
-  a.DispenseSpeed = 10;
-  a.FillSpeedFlush = 10;
-  a.DispenseSpeedFlush = 10;
-  a.FlushTime = 300;
+  a.FillSpeed = a.DispenseSpeed = a.FillSpeedFlush = a.DispenseSpeedFlush = 10;
   a.AirDryTime = 1;
-  a.SyringeVolume = 10;
-  a.StartingTube = 1;
-  a.EndingTube = kTubes;
-  a.RinseHeight = 70;
-  a.TubeHeight = 105;
-  a.BackFillHeight = 70;
-  a.SampleDisposition = Disposition::ThrowAway;
   app.Tray.positions[0] = TrayPosition{290.0f, 170.0f, 0};
   for (int t = 1; t <= kTubes; ++t)
     app.Tray.positions[static_cast<std::size_t>(t)] =

@@ -23,6 +23,7 @@
 #include "sim/fluorimeter_sim.h"
 #include "sim/pump_sim.h"
 #include "sim/simulated_line.h"
+#include "tests/support/method_builder.h"
 
 namespace {
 
@@ -32,34 +33,14 @@ using bench::QuietView;
 
 void TrayMethod(AppState& app) {
   MethodSettings& m = app.Method;
-  m.Fixed = true;
-  m.NoColors = 1;
-  m.ReadTime = 1;
-  m.ReadTimePures = 1;
+  m = testing::FixedMethod(1, 1);
   m.ScanSpeed = 240;
-  m.FilterSetting = EmissionFilter::None;
-  m.PMTVoltage = 820;
-  m.Repetitions = 1;
-  m.DeliveryMethod = Delivery::Autosampler;
   m.FixedPairs[1] = {350, 397.5f, 5, 5, 0};
-  AutosamplerSettings& a = m.Autosampler;
   // Slow strokes (speed code 40: 146 steps a second) and the tube at the far end of the tray.
-  a.SampleVolume = 1000;
-  a.AirVolume = 500;
-  a.BackFlowVolume = 100;
-  a.FillSpeed = 40;
-  a.DispenseSpeed = 40;
-  a.FillSpeedFlush = 40;
-  a.DispenseSpeedFlush = 40;
-  a.FlushTime = 1000;
+  testing::FromTray(m, 1, 1, {1000, 500, 100, 1000});
+  AutosamplerSettings& a = m.Autosampler;
+  a.FillSpeed = a.DispenseSpeed = a.FillSpeedFlush = a.DispenseSpeedFlush = 40;
   a.AirDryTime = 2;
-  a.SyringeVolume = 10;
-  a.StartingTube = 1;
-  a.EndingTube = 1;
-  a.RinseHeight = 70;
-  a.TubeHeight = 105;
-  a.BackFillHeight = 70;
-  a.SampleDisposition = Disposition::ThrowAway;
   app.Tray.positions[0] = TrayPosition{290.0f, 170.0f, 0};
   app.Tray.positions[1] = TrayPosition{250.0f, 150.0f, 1};
   app.Tray.positionCount = 2;

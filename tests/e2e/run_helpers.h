@@ -11,8 +11,24 @@
 
 #include "core/app/preferences_file.h"
 #include "support/bytes.h"
+#include "support/method_builder.h"
 
 namespace zorvel::e2e {
+
+// Three colours read from tubes 5 to lastTube of the tray file with small, quick strokes and
+// no air dry, as the simulated arm and dilutor take them.
+inline MethodSettings QuickTrayMethod(const std::string& trayFile, int lastTube,
+                                      const std::string& studyId) {
+  MethodSettings m = testing::FixedMethod(3);
+  m.NoPures = 3;
+  m.AmtSolvent = 1;
+  m.Operator = "JS";
+  m.StudyId = studyId;
+  testing::FromTray(m, 5, lastTube);
+  m.Autosampler.PumpDirection = 1;
+  m.Autosampler.TrayDescriptorFile = trayFile;
+  return m;
+}
 
 inline void ensureApplication() {
   if (QCoreApplication::instance() != nullptr) return;

@@ -27,46 +27,8 @@ namespace {
 // Tubes 5 to 16 of three colours, the control in tube 1 and the blank in tube 2 opening and
 // closing the run and before every sixth tube; small, quick strokes and no air dry.
 MethodSettings TwelveTubes(const std::string& trayFile) {
-  MethodSettings m;
-  m.Fixed = true;
-  m.NoColors = 3;
-  m.NoPures = 3;
-  m.ReadTime = 0.1f;
-  m.ReadTimePures = 0.1f;
-  m.ScanSpeed = 1500;
-  m.FilterSetting = EmissionFilter::None;
-  m.PMTVoltage = 820;
-  m.Repetitions = 1;
-  m.AmtSolvent = 1;
-  m.DeliveryMethod = Delivery::Autosampler;
-  m.Operator = "JS";
-  m.StudyId = "Resume";
-  m.FixedPairs[1] = {493, 515, 5, 5, 4};
-  m.FixedPairs[2] = {520, 540, 5, 5, 5};
-  m.FixedPairs[3] = {617.5f, 640, 10, 5, 10};
-  AutosamplerSettings& a = m.Autosampler;
-  a.SampleVolume = 300;
-  a.AirVolume = 100;
-  a.BackFlowVolume = 30;
-  a.FlushTime = 300;
-  a.SyringeVolume = 10;
-  a.StartingTube = 5;
-  a.EndingTube = 16;
-  a.HasStandard = true;
-  a.StandardTube = 1;
-  a.StandardFreq = 6;
-  a.HasBlank = true;
-  a.BlankTube = 2;
-  a.BlankFreq = 6;
-  a.RinseHeight = 70;
-  a.StandardHeight = 100;
-  a.StandardBFHeight = 30;
-  a.TubeHeight = 105;
-  a.BackFillHeight = 70;
-  a.SampleDisposition = Disposition::ThrowAway;
-  a.Resolution = PumpResolution::Standard;
-  a.PumpDirection = 1;
-  a.TrayDescriptorFile = trayFile;
+  MethodSettings m = e2e::QuickTrayMethod(trayFile, 16, "Resume");
+  testing::WithReferences(m.Autosampler, 6);
   return m;
 }
 

@@ -110,32 +110,12 @@ class FlowCellFluorimeter final : public sim::LinePeer {
 // samples from tube 5 to 8, both every second tube.
 inline MethodSettings TrayMethod(bool fixed = true, bool synch = false, int repetitions = 1) {
   MethodSettings m = ThreeColourMethod(fixed, synch, repetitions);
-  m.DeliveryMethod = Delivery::Autosampler;
+  FromTray(m, 5, 8, {750, 500, 100, 1000});
   AutosamplerSettings& a = m.Autosampler;
-  a.SampleVolume = 750;
-  a.AirVolume = 500;
-  a.BackFlowVolume = 100;
   a.FillSpeed = 15;
-  a.DispenseSpeed = 10;
-  a.FillSpeedFlush = 10;
-  a.DispenseSpeedFlush = 10;
-  a.FlushTime = 1000;
+  a.DispenseSpeed = a.FillSpeedFlush = a.DispenseSpeedFlush = 10;
   a.AirDryTime = 5;
-  a.SyringeVolume = 10;
-  a.StartingTube = 5;
-  a.EndingTube = 8;
-  a.HasStandard = true;
-  a.StandardTube = 1;
-  a.StandardFreq = 2;
-  a.HasBlank = true;
-  a.BlankTube = 2;
-  a.BlankFreq = 2;
-  a.RinseHeight = 70;
-  a.StandardHeight = 100;
-  a.StandardBFHeight = 30;
-  a.TubeHeight = 105;
-  a.BackFillHeight = 70;
-  a.SampleDisposition = Disposition::ThrowAway;
+  WithReferences(a, 2);
   return m;
 }
 
@@ -146,15 +126,7 @@ struct TrayFixture {
   // filing (three header lines are added).
   explicit TrayFixture(const MethodSettings& method, RunSetup setup = {},
                        const std::string& controls = {}) {
-    FillColourTables(state);
-    state.StartDirectory = makeTempDir("tray");
-    state.LogPath = state.StartDirectory + "ZORVEL.LOG";
-    state.Method = method;
-    state.LineEnding = "\r\n";
-    const std::string base = state.StartDirectory + "TRAY";
-    state.DataSet = {base + ".FIX", base + ".SYN", base + ".CTL",
-                     base + ".BLK", base + ".STL", base + ".SLK",
-                     base + ".LOG", "tray",        ""};
+    NewRunState(state, method, "tray", "TRAY");
     state.Tray.positions[0] = TrayPosition{250.0f, 20.0f, 0};
     for (int k = 1; k <= 12; ++k) {
       state.Tray.positions[static_cast<std::size_t>(k)] = TrayPosition{

@@ -22,6 +22,7 @@
 #include "core/quality/quality_checks.h"
 #include "core/text/number_format.h"
 #include "support/bytes.h"
+#include "support/method_builder.h"
 #include "ui/platform/instrument_lines.h"
 #include "ui/platform/qt_operator.h"
 #include "ui/qt_app.h"
@@ -58,17 +59,9 @@ struct WindowRun {
     state.LogPath = state.StartDirectory + "ZORVEL.LOG";
     state.Prefs.FlComPort = 1;
     MethodSettings& m = state.Method;
+    m = testing::FixedMethod(colours, readTimeS);
     m.Fixed = fixed;
     m.Synch = synch;
-    m.NoColors = static_cast<std::int16_t>(colours);
-    m.ReadTime = readTimeS;
-    m.ReadTimePures = readTimeS;
-    m.ScanSpeed = 1500;
-    m.FilterSetting = EmissionFilter::None;
-    m.PMTVoltage = 820;
-    m.Repetitions = 1;
-    m.FixedPairs[1] = {493, 515, 5, 5, 4};
-    m.FixedPairs[2] = {520, 540, 5, 5, 5};
     m.SynchScan = {5, 5, 400, 425, 20, 1};
     const std::string base = state.StartDirectory + "LIVER";
     state.DataSet = {base + ".FIX", base + ".SYN", base + ".CTL",

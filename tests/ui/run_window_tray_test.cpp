@@ -15,6 +15,7 @@
 #include "core/platform/real_clock.h"
 #include "core/quality/filing_check.h"
 #include "support/bytes.h"
+#include "support/method_builder.h"
 #include "ui/platform/instrument_lines.h"
 #include "ui/platform/qt_operator.h"
 #include "ui/qt_app.h"
@@ -40,30 +41,11 @@ struct TrayWindow {
     FillModelNames(state);
     state.StartDirectory = testing::makeTempDir("traywin");
     state.LogPath = state.StartDirectory + "ZORVEL.LOG";
-    MethodSettings& m = state.Method;
-    m.Fixed = true;
-    m.NoColors = 2;
-    m.ReadTime = 0.1f;
-    m.ReadTimePures = 0.1f;
-    m.ScanSpeed = 1500;
-    m.FilterSetting = EmissionFilter::None;
-    m.PMTVoltage = 820;
-    m.Repetitions = 1;
-    m.DeliveryMethod = Delivery::Autosampler;
-    m.FixedPairs[1] = {493, 515, 5, 5, 4};
-    m.FixedPairs[2] = {520, 540, 5, 5, 5};
-    AutosamplerSettings& a = m.Autosampler;
-    a.SampleVolume = 100;
-    a.AirVolume = 30;
-    a.BackFlowVolume = 10;
-    a.FlushTime = 30;
-    a.SyringeVolume = 10;
-    a.StartingTube = 5;
-    a.EndingTube = 7;
-    a.RinseHeight = 2;
+    state.Method = testing::FixedMethod(2);
+    testing::FromTray(state.Method, 5, 7, {100, 30, 10, 30});
+    AutosamplerSettings& a = state.Method.Autosampler;
+    a.RinseHeight = a.BackFillHeight = 2;
     a.TubeHeight = 3;
-    a.BackFillHeight = 2;
-    a.SampleDisposition = Disposition::ThrowAway;
     for (int k = 0; k <= 7; ++k) {
       state.Tray.positions[static_cast<std::size_t>(k)] =
           TrayPosition{1.0f + static_cast<float>(k), 1.0f, static_cast<std::int16_t>(k)};
