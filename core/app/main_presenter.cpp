@@ -198,7 +198,8 @@ void MainPresenter::save() {
   const int number = methodEditor_.state().FirstSampleNumber;
   const int first = number < 0 ? 1 : number;
   startRun(LaunchNewDataSet(
-      LaunchServices{state_, op_, clock_, printer_, *databases_, *checks_, openAutosampler_},
+      LaunchServices{state_, op_, clock_, printer_, *databases_, *checks_, openAutosampler_,
+                     [this](const MainWindowUpdate& set) { apply(set); }},
       first));
 }
 
@@ -226,7 +227,7 @@ void MainPresenter::okButton() {
   const MethodEditorState& editor = methodEditor_.state();
   const int first = editor.FirstSampleNumber < 0 ? 1 : editor.FirstSampleNumber;
   startRun(LaunchAppend(
-      LaunchServices{state_, op_, clock_, printer_, *databases_, *checks_, openAutosampler_},
+      LaunchServices{state_, op_, clock_, printer_, *databases_, *checks_, openAutosampler_, {}},
       editor.NewDataSet, first, editor_.lastSampleNumber, editor_.resume));
   editor_.resume.reset();
 }

@@ -79,6 +79,7 @@ RunLaunch LaunchNewDataSet(LaunchServices s, int firstSampleNumber) {
     launch.notStartedReason = created.reason;
     return launch;
   }
+  if (s.showCreatedSet) s.showCreatedSet(created.window);
   MethodSettings& method = s.state.Method;
   if (method.PrintResults) PrintMethodSummary(s.state, s.printer, true, s.clock.now());
   if (!readyAutosampler(s)) {

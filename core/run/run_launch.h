@@ -27,6 +27,9 @@ struct LaunchServices {
   // Autosampler delivery: checks the autosampler settings and opens the arm and pump link;
   // false when the settings are refused. Unset, autosampler delivery cannot start a run.
   std::function<bool()> openAutosamplerLink;
+  // Shows the new set in the main window as soon as its files exist, before the questions that
+  // follow are asked about it.
+  std::function<void(const MainWindowUpdate&)> showCreatedSet;
 };
 
 struct RunLaunch {

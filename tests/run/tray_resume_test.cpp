@@ -116,9 +116,9 @@ std::vector<std::string> Resume(TrayFixture& fx) {
   const std::optional<TrayResume> resume = OfferTrayResume(fx.state, fx.op, false);
   EXPECT_TRUE(resume.has_value());
   fx.state.Flags.AutosamplerPortOpen = true;
-  const RunLaunch launch =
-      LaunchAppend(LaunchServices{fx.state, fx.op, fx.clock, fx.printer, fx.filing, fx.filing, {}},
-                   false, 1, 0, resume);
+  const RunLaunch launch = LaunchAppend(
+      LaunchServices{fx.state, fx.op, fx.clock, fx.printer, fx.filing, fx.filing, {}, {}}, false, 1,
+      0, resume);
   fx.notes.clear();
   fx.reopen(launch.setup);
   fx.controller->press(RunButton::InitRead);
@@ -219,9 +219,9 @@ TEST(TrayResume, NoLeavesTheRunAsAnAppendedSetStartsAndACompletedRunOffersNothin
   fx.state.Method.Autosampler.StartingTube = 9;
   fx.op.answerNext(answer::kNo);
   fx.state.Flags.AutosamplerPortOpen = true;
-  const RunLaunch launch =
-      LaunchAppend(LaunchServices{fx.state, fx.op, fx.clock, fx.printer, fx.filing, fx.filing, {}},
-                   false, 1, 0, OfferTrayResume(fx.state, fx.op));
+  const RunLaunch launch = LaunchAppend(
+      LaunchServices{fx.state, fx.op, fx.clock, fx.printer, fx.filing, fx.filing, {}, {}}, false, 1,
+      0, OfferTrayResume(fx.state, fx.op));
   EXPECT_FALSE(launch.setup.resume.has_value());
   EXPECT_TRUE(launch.setup.FirstRead);
   EXPECT_EQ(3, launch.setup.SampleNumber);  // S5, S6, S7 on file
@@ -259,10 +259,11 @@ void ExpectStopsResumeToTheWholeRun(const std::function<void(TrayFixture&)>& sto
     step = 0;
     stopAt = stops < 20 ? steps(random) : 0;
     fx.state.Flags.AutosamplerPortOpen = true;
-    fx.reopen(LaunchAppend(
-                  LaunchServices{fx.state, fx.op, fx.clock, fx.printer, fx.filing, fx.filing, {}},
-                  false, 1, 0, resume)
-                  .setup);
+    fx.reopen(
+        LaunchAppend(
+            LaunchServices{fx.state, fx.op, fx.clock, fx.printer, fx.filing, fx.filing, {}, {}},
+            false, 1, 0, resume)
+            .setup);
     fx.controller->press(RunButton::InitRead);
     fx.controller->press(RunButton::InitRead);
   }

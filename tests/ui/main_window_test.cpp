@@ -7,17 +7,21 @@
 #include <QPushButton>
 #include <QTest>
 #include <filesystem>
+#include <functional>
 
 #include <gtest/gtest.h>
 
 #include "core/app/demo_workspace.h"
+#include "core/datafiles/data_set_naming.h"
 #include "core/method/demo_methods.h"
 #include "core/platform/page_printer.h"
 #include "core/platform/scripted_operator.h"
 #include "core/platform/virtual_clock.h"
+#include "core/quality/quality_checks.h"
 #include "support/bytes.h"
 #include "ui/platform/instrument_lines.h"
 #include "ui/qt_app.h"
+#include "ui/windows/alert_window.h"
 
 namespace zorvel {
 namespace {
@@ -131,6 +135,57 @@ TEST(MainWindow, StartingNumberFollowsTheStartingTube) {
   EXPECT_EQ(state.Method.Autosampler.StartingTube, 7);
   EXPECT_EQ(number->text(), "7");
   EXPECT_EQ(window.presenter().methodEditor().state().FirstSampleNumber, 7);
+}
+
+// The questions asked about a new data set come with the set already named in the main window.
+TEST(MainWindow, ANewSetIsShownBeforeTheQuestionsAboutIt) {
+  testing::qtApp();
+  const std::string dir = testing::makeTempDir("mainwin-set");
+  // Answers as scripted, looking at the window each time a box comes up.
+  struct PeekingOperator final : Operator {
+    ScriptedOperator script;
+    std::function<void()> peek;
+    int messageBox(const MessageBoxRequest& box) override {
+      if (peek) peek();
+      return script.messageBox(box);
+    }
+    std::string inputBox(const std::string& p, const std::string& t,
+                         const std::string& d) override {
+      return script.inputBox(p, t, d);
+    }
+    std::string fileDialog(const FileDialogRequest& r) override { return script.fileDialog(r); }
+    void beep() override {}
+    void setBusy(bool) override {}
+    void endProgram(int) override {}
+  } op;
+  ASSERT_TRUE(PrepareDemoWorkspace(dir, op.script));
+  AppState state;
+  VirtualClock clock;
+  PagePrinter printer;
+  ui::MainWindow window(state, op, clock, printer);
+  window.setDisclaimerShown(false);
+  ui::QtAlertDialog alert(op, &window);
+  QualityChecks checks(state, clock, op, alert);
+  window.setQualityChecks(checks);
+  ASSERT_TRUE(window.presenter().startUp(dir));
+  ui::InstrumentLines lines(state, clock);
+  for (int com = 1; com <= 4; ++com) lines.ports().devices[com] = "sim";
+  window.setInstruments(&lines);
+  window.show();
+  op.script.chooseNext(state.MethodsDirectory + "/" + kDemoFixedMethod);
+  window.action(MainMenu::EditMethodFile)->trigger();
+  std::vector<std::string> labels;
+  op.peek = [&] {
+    labels.push_back(window.findChild<QLabel*>("DataFile_Label")->text().toStdString());
+  };
+  op.script.chooseNext(dir + "DATA/run1.fix");
+  op.script.answerNext(answer::kNo);  // no database build
+  op.script.answerNext(answer::kNo);  // the pures notice: stop
+  QTest::mouseClick(window.findChild<QPushButton*>("Save"), Qt::LeftButton);
+  ZORVEL_TRY_VERIFY(labels.size() == 2u, 2000);
+  ASSERT_EQ(labels.size(), 2u);
+  for (const std::string& label : labels)
+    EXPECT_EQ(label, DataFileLabel(state.Method, dir + "DATA/run1"));
 }
 
 }  // namespace
