@@ -35,7 +35,6 @@ bool PrepareDemoWorkspace(const std::string& directory, Operator& op) {
     prefs.BaseDirectoryPath.pop_back();
   // The methods are written by the program itself, so they are what a user would have saved.
   AppState demo;
-  FillModelNames(demo);
   FillColourTables(demo);
   const std::string methods = JoinPath(prefs.BaseDirectoryPath, "METHODS");
   if (WriteDemoMethods(demo, op, methods)) {

@@ -46,7 +46,6 @@ bool StartUp(AppState& state, const std::string& currentDirectory, Operator& op,
   state.StartDirectory = WithTrailingSlash(currentDirectory);
   state.PreferencesPath = state.StartDirectory;
   state.LogPath = state.StartDirectory;
-  FillModelNames(state);
   if (!CheckDirectoryStructure(state, op)) {
     op.endProgram(0);
     return false;

@@ -4,10 +4,6 @@
 
 namespace zorvel {
 
-void FillModelNames(AppState& state) {
-  state.ModelNames = {"", "LS-50", "LS-50B"};
-}
-
 void FillColourTables(AppState& state) {
   static constexpr const char* kNames[14] = {
       "Tissue",     "Blue", "Blue-Green", "Green",   "Yellow-Green", "Yellow",  "Orange",

@@ -52,7 +52,6 @@ struct AppState {
   std::array<std::int16_t, 3> AppVersion{};
   std::int16_t DatabaseHeaderLines = 3;
 
-  std::array<std::string, 3> ModelNames{};          // 1 "LS-50", 2 "LS-50B"
   std::array<std::string, 16> ColourNames{};        // 0 "Tissue" .. 13 "Violet"
   std::array<std::int16_t, 16> ColourExcitation{};  // entry k belongs to colour k - 1
   std::array<PaletteColour, 4> StatusColours{};     // 1 light green, 2 light blue, 3 light red
@@ -63,8 +62,6 @@ struct AppState {
   RunFlags Flags;
 };
 
-// Fills ModelNames.
-void FillModelNames(AppState& state);
 // Fills ColourNames, ColourExcitation and StatusColours.
 void FillColourTables(AppState& state);
 // The colour index whose nominal excitation lies within 3 nm of the wavelength, or -1.

@@ -54,7 +54,6 @@ struct WindowRun {
             AlertDialog* alert = nullptr) {
     testing::qtApp();
     FillColourTables(state);
-    FillModelNames(state);
     state.StartDirectory = testing::makeTempDir("runwin");
     state.LogPath = state.StartDirectory + "ZORVEL.LOG";
     state.Prefs.FlComPort = 1;

@@ -38,7 +38,6 @@ struct TrayWindow {
   TrayWindow() {
     testing::qtApp();
     FillColourTables(state);
-    FillModelNames(state);
     state.StartDirectory = testing::makeTempDir("traywin");
     state.LogPath = state.StartDirectory + "ZORVEL.LOG";
     state.Method = testing::FixedMethod(2);
