@@ -227,6 +227,39 @@ std::optional<int> answerUntilClosed(Context& context, RunController& run, Conso
   return std::nullopt;
 }
 
+// Why the run does not start, once the launch is done: its exit code, or nothing.
+std::optional<int> notStarted(Context& context, const std::optional<RunLaunch>& start) {
+  // Nothing has been read yet: a question the answer file cannot answer refuses the run.
+  if (context.script.failed()) {
+    context.out << "No run started.  The answer file could not answer a question.\n";
+    return context.fail(context.script.failure(), 2);
+  }
+  if (!start) {
+    return context.fail("the data set " + context.options.appendDataPath + " cannot be reopened",
+                        2);
+  }
+  if (!start->startRun && start->notStartedReason == kNothingToResume) {
+    context.out << "Nothing to resume: " << start->notStartedReason << ".\n";
+    return 0;
+  }
+  if (!start->startRun) {
+    context.out << "No run started.  " << start->notStartedReason << "\n";
+    return context.fail("no run started: " + start->notStartedReason, 2);
+  }
+  return std::nullopt;
+}
+
+// The status file beside the set follows every change of the run.
+void keepStatusFile(const DataSetPaths& set, RunController& run, bool simulated) {
+  KeepRunStatusFile(
+      run.trayStatus(),
+      RunStatusContext{
+          std::to_string(ZORVEL_VERSION_MAJOR) + "." + std::to_string(ZORVEL_VERSION_MINOR) + "." +
+              std::to_string(ZORVEL_VERSION_PATCH),
+          simulated, set.MethodFilePath, set.FixPath.empty() ? set.SynPath : set.FixPath},
+      RunStatusPath(set));
+}
+
 }  // namespace
 
 int RunAnalysisCommand(Context& context, LineSource& lines) {
@@ -251,20 +284,7 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
   // state.DataSet names a new set only once its files were made here.
   std::optional<EmptySetGuard> newSet;
   if (!o.newDataPath.empty()) newSet.emplace(context.state);
-  // Nothing has been read yet: a question the answer file cannot answer refuses the run.
-  if (context.script.failed()) {
-    context.out << "No run started.  The answer file could not answer a question.\n";
-    return context.fail(context.script.failure(), 2);
-  }
-  if (!start) return context.fail("the data set " + o.appendDataPath + " cannot be reopened", 2);
-  if (!start->startRun && start->notStartedReason == kNothingToResume) {
-    context.out << "Nothing to resume: " << start->notStartedReason << ".\n";
-    return 0;
-  }
-  if (!start->startRun) {
-    context.out << "No run started.  " << start->notStartedReason << "\n";
-    return context.fail("no run started: " + start->notStartedReason, 2);
-  }
+  if (const auto refused = notStarted(context, start)) return *refused;
   const int comPort = context.state.Prefs.FlComPort;
   std::unique_ptr<SerialLine> line = lines.lineFor(InstrumentKind::Fluorimeter, comPort);
   if (!line) return context.fail("the fluorimeter's port cannot be reached");
@@ -285,15 +305,7 @@ int RunAnalysisCommand(Context& context, LineSource& lines) {
     hooks.note = [&context](const std::string& note) { context.out << note << std::endl; };
     run.attachAutosampler(*tray->arm, *tray->pump, hooks);
   }
-  // The status file beside the set follows every change of the run.
-  const DataSetPaths& set = context.state.DataSet;
-  KeepRunStatusFile(run.trayStatus(),
-                    RunStatusContext{std::to_string(ZORVEL_VERSION_MAJOR) + "." +
-                                         std::to_string(ZORVEL_VERSION_MINOR) + "." +
-                                         std::to_string(ZORVEL_VERSION_PATCH),
-                                     !start->setup.simulated.empty(), set.MethodFilePath,
-                                     set.FixPath.empty() ? set.SynPath : set.FixPath},
-                    RunStatusPath(set));
+  keepStatusFile(context.state.DataSet, run, !start->setup.simulated.empty());
   run.Form_Load();
   if (const auto ended = answerUntilClosed(context, run, view, op, runSignals, tray != nullptr))
     return *ended;
