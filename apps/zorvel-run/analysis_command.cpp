@@ -252,7 +252,7 @@ std::optional<int> notStarted(Context& context, const std::optional<RunLaunch>& 
 // The status file beside the set follows every change of the run.
 void keepStatusFile(const DataSetPaths& set, RunController& run, bool simulated) {
   KeepRunStatusFile(
-      run.trayStatus(),
+      run.runStatus(),
       RunStatusContext{
           std::to_string(ZORVEL_VERSION_MAJOR) + "." + std::to_string(ZORVEL_VERSION_MINOR) + "." +
               std::to_string(ZORVEL_VERSION_PATCH),

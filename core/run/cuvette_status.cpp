@@ -7,11 +7,11 @@ namespace zorvel {
 CuvetteStatusFeed::CuvetteStatusFeed(RunEngine& engine, RunViewTap& tap)
     : engine_(engine), tap_(tap) {
   engine_.machine().setListener([this](RunEvent event, RunState to) { moved(event, to); });
-  tap_.setListener([this](const std::string& line) { engine_.trayStatus().message(line); });
+  tap_.setListener([this](const std::string& line) { engine_.runStatus().message(line); });
   // Counted where the records are written: a reading rejected and given up passes the same
   // moves of the table as one accepted, but files nothing.
-  engine_.writer().setFiledListener([this](int count) { engine_.trayStatus().filed(count); });
-  engine_.trayStatus().moved(TrayRunState::AwaitingInit);
+  engine_.writer().setFiledListener([this](int count) { engine_.runStatus().filed(count); });
+  engine_.runStatus().moved(RunStatusState::AwaitingInit);
 }
 
 CuvetteStatusFeed::~CuvetteStatusFeed() {
@@ -21,26 +21,26 @@ CuvetteStatusFeed::~CuvetteStatusFeed() {
 }
 
 void CuvetteStatusFeed::moved(RunEvent event, RunState to) {
-  TrayStatusBoard& board = engine_.trayStatus();
+  RunStatusBoard& board = engine_.runStatus();
   switch (to) {
     case RunState::SettingUp:
       board.settingUp(0, 0, static_cast<long>(std::floor(engine_.clock().secondsSinceMidnight())),
                       engine_.clock().now(), "");
       return;
     case RunState::AwaitingInit:
-      board.moved(TrayRunState::AwaitingInit);
+      board.moved(RunStatusState::AwaitingInit);
       return;
     case RunState::AwaitingRead:
-      board.moved(TrayRunState::AwaitingRead);
+      board.moved(RunStatusState::AwaitingRead);
       return;
     case RunState::Reading:
-      board.moved(TrayRunState::Reading);
+      board.moved(RunStatusState::Reading);
       return;
     case RunState::AwaitingDecision:
-      board.moved(TrayRunState::AwaitingDecision);
+      board.moved(RunStatusState::AwaitingDecision);
       return;
     case RunState::Closed:
-      board.ended(event == RunEvent::Quit ? TrayRunEnd::Quit : TrayRunEnd::InstrumentLost);
+      board.ended(event == RunEvent::Quit ? RunEnd::Quit : RunEnd::InstrumentLost);
       return;
     case RunState::TrayRun:
     case RunState::Paused:

@@ -51,7 +51,7 @@ RunController::RunController(RunServices services, const RunSetup& setup, RunVie
 void RunController::attachAutosampler(Arm& arm, Pump& pump, const TrayHooks& hooks) {
   cuvetteStatus_.reset();
   // No tray run has started yet.
-  engine_->trayStatus().moved(TrayRunState::Idle);
+  engine_->runStatus().moved(RunStatusState::Idle);
   auto tray = std::make_unique<TrayRun>(*engine_, setup_, arm, pump, *unattended_, hooks);
   tray_ = tray.get();
   plan_ = std::move(tray);
@@ -168,7 +168,7 @@ void RunController::Form_Unload() {
   engine_->Form_Unload();
   plan_->closing();
   if (cuvetteStatus_ && engine_->terminating() && !closed()) {
-    engine_->trayStatus().ended(TrayRunEnd::Terminated);
+    engine_->runStatus().ended(RunEnd::Terminated);
   }
 }
 
@@ -178,8 +178,8 @@ RunState RunController::state() const {
 bool RunController::controlDataExist() const {
   return engine_->checks().ControlCount() > 0;
 }
-TrayStatusBoard& RunController::trayStatus() {
-  return engine_->trayStatus();
+RunStatusBoard& RunController::runStatus() {
+  return engine_->runStatus();
 }
 int RunController::sampleNumber() const {
   return engine_->numbering().current();

@@ -6,9 +6,9 @@
 #include <string>
 
 #include "core/run/run_services.h"
+#include "core/run/run_status.h"
 #include "core/run/run_types.h"
 #include "core/run/run_view.h"
-#include "core/run/tray_status.h"
 
 namespace zorvel {
 
@@ -89,7 +89,7 @@ class RunController {
   bool controlDataExist() const;
   int sampleNumber() const;
   // Where the run stands (any thread): a tray run's tubes, or a cuvette run's states.
-  TrayStatusBoard& trayStatus();
+  RunStatusBoard& runStatus();
   // Readings the operator gave up writing (the disk refused their records).
   int readingsNotRecorded() const;
 

@@ -132,13 +132,13 @@ void RunEngine::keyDown(Key key) {
   if (state_.Method.DeliveryMethod != Delivery::Autosampler) return;
   switch (keys_.keyDown(key)) {
     case StopKeys::Request::Abort:
-      trayStatus_.abortRequested();
+      runStatus_.abortRequested();
       break;
     case StopKeys::Request::Pause:
-      trayStatus_.pauseRequested();
+      runStatus_.pauseRequested();
       break;
     case StopKeys::Request::Resume:
-      trayStatus_.resumed();
+      runStatus_.resumed();
       break;
     case StopKeys::Request::None:
       break;
@@ -146,20 +146,20 @@ void RunEngine::keyDown(Key key) {
 }
 
 bool RunEngine::checkpoint(const std::function<void()>& yield) {
-  const bool abortAsked = trayStatus_.snapshot().state == TrayRunState::AbortRequested;
+  const bool abortAsked = runStatus_.snapshot().state == RunStatusState::AbortRequested;
   // The question is asked under its own status, not under the step before it.
   if (abortAsked && !keys_.terminating()) display_.status("Abort requested");
   const bool ends =
       keys_.CheckStopKeys({op_, clock_, yield, [this](bool paused) {
                              machine_.fire(paused ? RunEvent::Pause : RunEvent::Resume);
                              if (paused) {
-                               trayStatus_.paused();
+                               runStatus_.paused();
                                display_.status("Paused");
                              } else {
-                               trayStatus_.resumed();
+                               runStatus_.resumed();
                              }
                            }});
-  if (abortAsked && !ends) trayStatus_.resumed();
+  if (abortAsked && !ends) runStatus_.resumed();
   return ends;
 }
 
@@ -180,7 +180,7 @@ void RunEngine::numberTube(SampleType type, bool& pureStartPending) {
 
 void RunEngine::numberReading(SampleType type) {
   if (numbering_.numberReading(type)) instrument_.acquisition().forgetSlits();
-  trayStatus_.tubeStarted(0, 0, SampleTypeName(type), numbering_.current());
+  runStatus_.tubeStarted(0, 0, SampleTypeName(type), numbering_.current());
 }
 
 bool RunEngine::numberWithinRange(SampleType type) {

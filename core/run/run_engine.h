@@ -11,10 +11,10 @@
 #include "core/run/run_plan.h"
 #include "core/run/run_services.h"
 #include "core/run/run_state_machine.h"
+#include "core/run/run_status.h"
 #include "core/run/run_view.h"
 #include "core/run/sample_type.h"
 #include "core/run/stop_keys.h"
-#include "core/run/tray_status.h"
 #include "core/run/typed_comment.h"
 
 namespace zorvel {
@@ -53,7 +53,7 @@ class RunEngine {
   void releaseKeys() { keys_.reset(); }
   bool terminating() const { return keys_.terminating(); }
   // Where a tray run stands; the keys tell it the moment they are pressed.
-  TrayStatusBoard& trayStatus() { return trayStatus_; }
+  RunStatusBoard& runStatus() { return runStatus_; }
 
   // The parts.
   AppState& state() { return state_; }
@@ -118,7 +118,7 @@ class RunEngine {
   RecordWriter writer_;
   TypedComment comment_;
   StopKeys keys_;
-  TrayStatusBoard trayStatus_;
+  RunStatusBoard runStatus_;
   std::function<void()> insertNext_;
   bool unloaded_ = false;
 };

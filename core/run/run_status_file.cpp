@@ -39,7 +39,7 @@ std::string clockTime(long seconds) {
 
 }  // namespace
 
-std::string RunStatusJson(const TrayStatus& s, const RunStatusContext& c) {
+std::string RunStatusJson(const RunStatus& s, const RunStatusContext& c) {
   const std::string started =
       s.startS < 0 ? "null"
                    : quoted(text::formatDate(s.startedAt) + " " + text::formatTime(s.startedAt));
@@ -51,8 +51,8 @@ std::string RunStatusJson(const TrayStatus& s, const RunStatusContext& c) {
   field("simulated", c.simulated ? "true" : "false");
   field("method", quoted(c.method));
   field("dataSet", quoted(c.dataSet));
-  field("state", quoted(TrayRunStateName(s.state)));
-  field("ended", s.end == TrayRunEnd::None ? "null" : quoted(TrayRunEndName(s.end)));
+  field("state", quoted(RunStatusStateName(s.state)));
+  field("ended", s.end == RunEnd::None ? "null" : quoted(RunEndName(s.end)));
   field("tubeOfRange", std::to_string(s.tubeOfRange));
   field("tubesInRange", std::to_string(s.tubesInRange));
   field("tube", std::to_string(s.tube));
@@ -77,10 +77,10 @@ bool WriteRunStatus(const std::string& path, const std::string& json) {
   return !path.empty() && WriteWholeFile(path, json);
 }
 
-void KeepRunStatusFile(TrayStatusBoard& board, const RunStatusContext& context,
-                       const std::string& path, std::function<void(const TrayStatus&)> told) {
+void KeepRunStatusFile(RunStatusBoard& board, const RunStatusContext& context,
+                       const std::string& path, std::function<void(const RunStatus&)> told) {
   WriteRunStatus(path, RunStatusJson(board.snapshot(), context));
-  board.setListener([context, path, told = std::move(told)](const TrayStatus& now) {
+  board.setListener([context, path, told = std::move(told)](const RunStatus& now) {
     if (told) told(now);
     WriteRunStatus(path, RunStatusJson(now, context));
   });

@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "core/run/tray_status.h"
+#include "core/run/run_status.h"
 #include "core/state/data_set_paths.h"
 
 // The status file a run keeps beside its data set (base path + ".status.json"), so that a
@@ -24,14 +24,14 @@ struct RunStatusContext {
 };
 
 // The JSON text (UTF-8; the program's single-byte text is converted).
-std::string RunStatusJson(const TrayStatus& status, const RunStatusContext& context);
+std::string RunStatusJson(const RunStatus& status, const RunStatusContext& context);
 // Empty without a set.
 std::string RunStatusPath(const DataSetPaths& paths);
 // Replaces the file whole; false when it cannot be written.
 bool WriteRunStatus(const std::string& path, const std::string& json);
 // Writes the file now and at every change of the board, after `told` (may be empty) has heard
 // of the change; the board keeps this listener until it is given another.
-void KeepRunStatusFile(TrayStatusBoard& board, const RunStatusContext& context,
-                       const std::string& path, std::function<void(const TrayStatus&)> told = {});
+void KeepRunStatusFile(RunStatusBoard& board, const RunStatusContext& context,
+                       const std::string& path, std::function<void(const RunStatus&)> told = {});
 
 }  // namespace zorvel

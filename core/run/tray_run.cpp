@@ -75,7 +75,7 @@ bool TrayRun::confirmQuit() {
 
 void TrayRun::status(const std::string& text) {
   engine_.display().status(text);
-  engine_.trayStatus().step(text);
+  engine_.runStatus().step(text);
 }
 
 void TrayRun::note(const std::string& text) {
@@ -121,9 +121,9 @@ void TrayRun::read() {
   completed_ = 0;
   startS_ = static_cast<long>(std::floor(engine_.clock().secondsSinceMidnight()));
   const AutosamplerSettings& a = method_.Autosampler;
-  engine_.trayStatus().settingUp(total_, std::max(a.EndingTube - a.StartingTube + 1, 0), startS_,
-                                 engine_.clock().now(), log_.path());
-  log_.setListener([this](const std::string& line) { engine_.trayStatus().alert(line); });
+  engine_.runStatus().settingUp(total_, std::max(a.EndingTube - a.StartingTube + 1, 0), startS_,
+                                engine_.clock().now(), log_.path());
+  log_.setListener([this](const std::string& line) { engine_.runStatus().alert(line); });
   // The arm's position is not trusted from before: the first move is always sent.
   engine_.state().Links.CurrentArmTube = kHome;
   engine_.display().legend(prompt::kKeyLegend);
@@ -135,7 +135,7 @@ void TrayRun::read() {
   engine_.writer().setUnattended(nullptr);
   unattended_.divertTo(nullptr);
   if (walked == Walk::Halted) {
-    engine_.trayStatus().ended(TrayRunEnd::InstrumentLost);
+    engine_.runStatus().ended(RunEnd::InstrumentLost);
     engine_.machine().fire(RunEvent::Halted);
     engine_.view().closeWindow();
     return;
@@ -177,9 +177,9 @@ TrayRun::Cycle TrayRun::ProcessTube(const TrayVisit& visit) {
   engine_.numberTube(visit.type, PureStartPending);
   const bool rangeTube = visit.phase == TrayPhase::Tubes &&
                          (visit.type == SampleType::Sample || visit.type == SampleType::Pure);
-  engine_.trayStatus().tubeStarted(
-      visit.tube, rangeTube ? visit.tube - method_.Autosampler.StartingTube + 1 : 0,
-      SampleTypeName(visit.type), engine_.numbering().current());
+  engine_.runStatus().tubeStarted(visit.tube,
+                                  rangeTube ? visit.tube - method_.Autosampler.StartingTube + 1 : 0,
+                                  SampleTypeName(visit.type), engine_.numbering().current());
   note("Tube " + whole(visit.tube) + ": " + SampleTypeName(visit.type) + " " + number());
   Operator& op = engine_.op();
   op.setBusy(true);
@@ -284,7 +284,7 @@ RecordContent TrayRun::content(const TrayVisit& visit) const {
 bool TrayRun::afterTube(const TrayVisit& visit) {
   const AutosamplerSettings& a = method_.Autosampler;
   ++completed_;
-  engine_.trayStatus().tubeDone(
+  engine_.runStatus().tubeDone(
       static_cast<long>(std::floor(engine_.clock().secondsSinceMidnight())));
   const bool trayTube = visit.type == SampleType::Sample || visit.type == SampleType::Pure;
   if (trayTube) showTimes();
@@ -325,11 +325,11 @@ void TrayRun::finish(Walk walked) {
   engine_.display().screen().timeInfo.clear();
   engine_.display().show();
   status(runEndMessage_);
-  TrayRunEnd end = TrayRunEnd::Aborted;
-  if (walked == Walk::Completed) end = TrayRunEnd::Completed;
-  if (walked == Walk::Lost) end = TrayRunEnd::InstrumentLost;
-  if (engine_.terminating()) end = TrayRunEnd::Terminated;
-  engine_.trayStatus().ended(end);
+  RunEnd end = RunEnd::Aborted;
+  if (walked == Walk::Completed) end = RunEnd::Completed;
+  if (walked == Walk::Lost) end = RunEnd::InstrumentLost;
+  if (engine_.terminating()) end = RunEnd::Terminated;
+  engine_.runStatus().ended(end);
 }
 
 void TrayRun::TubeRange_Click() {

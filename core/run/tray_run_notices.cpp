@@ -13,18 +13,18 @@ std::string count(int value) {
 }
 
 // The notice's title for the way the run ended; empty for an end a tray run never has.
-std::string endTitle(TrayRunEnd end) {
+std::string endTitle(RunEnd end) {
   switch (end) {
-    case TrayRunEnd::Completed:
+    case RunEnd::Completed:
       return "Tray run completed";
-    case TrayRunEnd::Aborted:
+    case RunEnd::Aborted:
       return "Tray run aborted";
-    case TrayRunEnd::Terminated:
+    case RunEnd::Terminated:
       return "Tray run stopped";
-    case TrayRunEnd::InstrumentLost:
+    case RunEnd::InstrumentLost:
       return "Tray run stopped by a fault";
-    case TrayRunEnd::None:
-    case TrayRunEnd::Quit:
+    case RunEnd::None:
+    case RunEnd::Quit:
       break;
   }
   return "";
@@ -35,7 +35,7 @@ std::string endTitle(TrayRunEnd end) {
 TrayRunNotices::TrayRunNotices(Notifier& notifier, std::string dataSet)
     : notifier_(notifier), dataSet_(std::move(dataSet)) {}
 
-std::string TrayRunNotices::progress(const TrayStatus& s) const {
+std::string TrayRunNotices::progress(const RunStatus& s) const {
   const std::string reached = s.tubeOfRange == 0
                                   ? "before the first of the " + count(s.tubesInRange) + " tubes"
                                   : "tube " + count(s.tubeOfRange) + " of " + count(s.tubesInRange);
@@ -43,26 +43,26 @@ std::string TrayRunNotices::progress(const TrayStatus& s) const {
          " of the range";
 }
 
-std::string TrayRunNotices::alertLog(const TrayStatus& s) const {
+std::string TrayRunNotices::alertLog(const RunStatus& s) const {
   if (s.alerts == 0) return "";
   return " " + count(s.alerts) + (s.alerts == 1 ? " alert" : " alerts") + " logged in " +
          s.alertLogPath + ".";
 }
 
-void TrayRunNotices::seen(const TrayStatus& now) {
+void TrayRunNotices::seen(const RunStatus& now) {
   std::string summary;
   std::string body;
   {
     // A new run starts with no alert and no end: each may be told again.
     std::lock_guard<std::mutex> lock(mutex_);
     if (now.alerts == 0) alertTold_ = false;
-    if (now.end == TrayRunEnd::None) endTold_ = false;
-    if (now.end != TrayRunEnd::None && !endTold_ && !endTitle(now.end).empty()) {
+    if (now.end == RunEnd::None) endTold_ = false;
+    if (now.end != RunEnd::None && !endTold_ && !endTitle(now.end).empty()) {
       endTold_ = true;
       alertTold_ = true;  // the end names the alerts
       summary = endTitle(now.end);
       body = dataSet_ + ": " + progress(now) + "." +
-             (now.end == TrayRunEnd::InstrumentLost ? " An instrument stopped answering." : "") +
+             (now.end == RunEnd::InstrumentLost ? " An instrument stopped answering." : "") +
              alertLog(now);
     } else if (now.alerts > 0 && !alertTold_) {
       alertTold_ = true;

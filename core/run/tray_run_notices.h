@@ -4,7 +4,7 @@
 #include <string>
 
 #include "core/platform/notifier.h"
-#include "core/run/tray_status.h"
+#include "core/run/run_status.h"
 
 namespace zorvel {
 
@@ -16,11 +16,11 @@ class TrayRunNotices {
   TrayRunNotices(Notifier& notifier, std::string dataSet);
 
   // Every change of the run's status, as it happens (any thread).
-  void seen(const TrayStatus& now);
+  void seen(const RunStatus& now);
 
  private:
-  std::string progress(const TrayStatus& s) const;
-  std::string alertLog(const TrayStatus& s) const;
+  std::string progress(const RunStatus& s) const;
+  std::string alertLog(const RunStatus& s) const;
 
   Notifier& notifier_;
   const std::string dataSet_;

@@ -14,7 +14,7 @@ std::string count(int value) {
   return text::fixed(static_cast<double>(value), 0);
 }
 
-std::string tubeLine(const TrayStatus& s) {
+std::string tubeLine(const RunStatus& s) {
   const std::string ofRange = " of " + count(s.tubesInRange);
   if (s.tube == 0) return "Tube 0" + ofRange + ": setting up";
   // A control or blank read ahead of the range is no tube of it yet.
@@ -24,7 +24,7 @@ std::string tubeLine(const TrayStatus& s) {
          count(s.tube);
 }
 
-std::vector<std::string> timeLines(const TrayStatus& s, long nowS) {
+std::vector<std::string> timeLines(const RunStatus& s, long nowS) {
   long elapsedS = nowS - s.startS;
   if (elapsedS < 0) elapsedS += kDayS;
   const long endS = s.estimatedEndS < 0 ? nowS : s.estimatedEndS;
@@ -37,25 +37,25 @@ std::vector<std::string> timeLines(const TrayStatus& s, long nowS) {
   };
 }
 
-std::string requestLine(const TrayStatus& s) {
+std::string requestLine(const RunStatus& s) {
   // The keys count after the rinse that opens each tube's cycle, before the tube is touched,
   // and after each tube.
   std::string after = s.tube == 0 ? "the first tube" : "tube " + count(s.tube);
   if (s.tube != 0 && s.step == tube_status::kRinsing)
     after = "the rinse, before tube " + count(s.tube);
   switch (s.state) {
-    case TrayRunState::PauseRequested:
+    case RunStatusState::PauseRequested:
       return "Pause requested: pausing after " + after;
-    case TrayRunState::Paused:
+    case RunStatusState::Paused:
       return "Paused";
-    case TrayRunState::AbortRequested:
+    case RunStatusState::AbortRequested:
       return "Abort requested: stopping after " + after;
     default:
       return "";
   }
 }
 
-std::string alertsLine(const TrayStatus& s) {
+std::string alertsLine(const RunStatus& s) {
   if (s.alerts == 0) return "No alerts logged";
   std::string line =
       count(s.alerts) + (s.alerts == 1 ? " alert" : " alerts") + " logged in " + s.alertLogPath;
@@ -65,9 +65,9 @@ std::string alertsLine(const TrayStatus& s) {
 
 }  // namespace
 
-TrayStatusLines DescribeTrayStatus(const TrayStatus& status, long nowS) {
+TrayStatusLines DescribeTrayStatus(const RunStatus& status, long nowS) {
   TrayStatusLines lines;
-  if (status.state == TrayRunState::Idle || status.state == TrayRunState::Ended) return lines;
+  if (status.state == RunStatusState::Idle || status.state == RunStatusState::Ended) return lines;
   lines.shown = true;
   lines.tube = tubeLine(status);
   if (!status.step.empty()) lines.step = "Step: " + status.step;

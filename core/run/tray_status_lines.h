@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "core/run/tray_status.h"
+#include "core/run/run_status.h"
 
 namespace zorvel {
 
@@ -22,6 +22,6 @@ struct TrayStatusLines {
 };
 
 // nowS: the clock time now, seconds since midnight, so that the times tick between tubes.
-TrayStatusLines DescribeTrayStatus(const TrayStatus& status, long nowS);
+TrayStatusLines DescribeTrayStatus(const RunStatus& status, long nowS);
 
 }  // namespace zorvel

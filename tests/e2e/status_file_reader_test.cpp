@@ -35,7 +35,7 @@ namespace {
 // replaced over and over with texts of very different lengths.
 TEST(StatusFileReader, AnotherProcessOnlyEverReadsWholeFiles) {
   const std::string path = testing::makeTempDir("status") + "RUN.status.json";
-  TrayStatus status;
+  RunStatus status;
   const RunStatusContext context{"1.0.0", true, "M.MTH", "RUN.FIX"};
   ASSERT_TRUE(WriteRunStatus(path, RunStatusJson(status, context)));
   int pipeEnds[2];

@@ -15,7 +15,7 @@ using testing::TrayFixture;
 using testing::TrayMethod;
 
 TEST(RunStatusFile, SaysNothingStartedBeforeReadAndEscapesTextAsJson) {
-  TrayStatus status;
+  RunStatus status;
   status.lastMessage = "Tube \"7\"\tdone \xB5l";
   const std::string json = RunStatusJson(status, {"1.2.3", true, "M.MTH", "D.FIX"});
   EXPECT_NE(std::string::npos, json.find("\"version\": \"1.2.3\",\n  \"simulated\": true,"));
@@ -34,10 +34,10 @@ std::string field(const std::string& json, const std::string& name) {
 
 // Writes the file at every change of the board and reads it straight back: it must be whole
 // each time. Returns the states it passed through, each once in a row.
-std::shared_ptr<std::vector<std::string>> followStates(TrayStatusBoard& board,
+std::shared_ptr<std::vector<std::string>> followStates(RunStatusBoard& board,
                                                        const std::string& path) {
   auto states = std::make_shared<std::vector<std::string>>();
-  board.setListener([path, states](const TrayStatus& now) {
+  board.setListener([path, states](const RunStatus& now) {
     ASSERT_TRUE(WriteRunStatus(path, RunStatusJson(now, {"1.0.0", true, "T.MTH", "T.FIX"})));
     const std::string json = testing::readFile(path);
     ASSERT_EQ("{\n", json.substr(0, 2));
@@ -51,12 +51,12 @@ std::shared_ptr<std::vector<std::string>> followStates(TrayStatusBoard& board,
 TEST(RunStatusFile, FollowsATrayRunThroughItsStatesAndKeepsTheEnd) {
   TrayFixture fx(TrayMethod());
   const std::string path = RunStatusPath(fx.state.DataSet);
-  const auto states = followStates(fx.controller->trayStatus(), path);
+  const auto states = followStates(fx.controller->runStatus(), path);
   fx.controller->press(RunButton::InitRead);
   fx.controller->press(RunButton::InitRead);
   EXPECT_EQ((std::vector<std::string>{"\"setting up\"", "\"reading\"", "\"ended\""}), *states);
   EXPECT_EQ("\"completed\"", field(testing::readFile(path), "ended"));
-  fx.controller->trayStatus().setListener({});
+  fx.controller->runStatus().setListener({});
 }
 
 // A cuvette run waits for the operator between its readings: the file says for what, and which
@@ -64,7 +64,7 @@ TEST(RunStatusFile, FollowsATrayRunThroughItsStatesAndKeepsTheEnd) {
 TEST(RunStatusFile, FollowsACuvetteRunThroughItsWaitsToTheQuit) {
   RunFixture run(ThreeColourMethod(true, false));
   const std::string path = RunStatusPath(run.state.DataSet);
-  const auto states = followStates(run.controller->trayStatus(), path);
+  const auto states = followStates(run.controller->runStatus(), path);
   run.controller->press(RunButton::InitRead);
   run.controller->press(RunButton::InitRead);
   const std::string decision = testing::readFile(path);
@@ -88,7 +88,7 @@ TEST(RunStatusFile, FollowsACuvetteRunThroughItsWaitsToTheQuit) {
   const std::string end = testing::readFile(path);
   EXPECT_EQ("\"quit\"", field(end, "ended"));
   EXPECT_EQ("1", field(end, "completed"));
-  run.controller->trayStatus().setListener({});
+  run.controller->runStatus().setListener({});
 }
 
 }  // namespace

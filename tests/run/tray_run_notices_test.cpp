@@ -20,8 +20,8 @@ struct NoticeList final : Notifier {
 TEST(TrayRunNotices, TellTheFirstAlertAndTheEndOfEachRun) {
   NoticeList desktop;
   TrayRunNotices notices(desktop, "LIVER.FIX");
-  TrayStatusBoard board;
-  board.setListener([&](const TrayStatus& now) { notices.seen(now); });
+  RunStatusBoard board;
+  board.setListener([&](const RunStatus& now) { notices.seen(now); });
 
   board.settingUp(16, 12, 3600, {}, "/d/LIVER.LOG");
   board.tubeStarted(5, 1, "Sample", 1);
@@ -30,12 +30,12 @@ TEST(TrayRunNotices, TellTheFirstAlertAndTheEndOfEachRun) {
   board.tubeStarted(6, 2, "Sample", 2);
   board.alert("Tube 6\tS2\tInstrument error\tVALUE OUT OF RANGE");
   board.abortRequested();
-  board.ended(TrayRunEnd::Aborted);
+  board.ended(RunEnd::Aborted);
   board.message("Run aborted.");
 
   board.settingUp(16, 12, 7200, {}, "/d/LIVER.LOG");
   board.tubeStarted(1, 0, "Control", 1);
-  board.ended(TrayRunEnd::InstrumentLost);
+  board.ended(RunEnd::InstrumentLost);
 
   EXPECT_EQ(
       (std::vector<std::string>{

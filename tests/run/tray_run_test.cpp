@@ -141,8 +141,8 @@ TEST(TrayRun, AnAbortAfterTheRinseSendsTheArmHomeWithoutFinishing) {
       fx.controller->keyDown(Key::F5);
       EXPECT_EQ("Aborting.  Please Wait.", fx.view.legend);
       // Told at once, with the tube the run stops after.
-      const TrayStatus told = fx.controller->trayStatus().snapshot();
-      EXPECT_EQ(TrayRunState::AbortRequested, told.state);
+      const RunStatus told = fx.controller->runStatus().snapshot();
+      EXPECT_EQ(RunStatusState::AbortRequested, told.state);
       EXPECT_EQ("Abort requested: stopping after the rinse, before tube 6",
                 DescribeTrayStatus(told, 0).request);
     }
@@ -159,8 +159,8 @@ TEST(TrayRun, AnAbortAfterTheRinseSendsTheArmHomeWithoutFinishing) {
   EXPECT_EQ(1, countOf(fx.view.statusLog, "Abort requested"));
   EXPECT_EQ("", fx.view.legend);
   EXPECT_TRUE(fx.view.timeInfo.empty());
-  EXPECT_EQ(TrayRunEnd::Aborted, fx.controller->trayStatus().snapshot().end);
-  EXPECT_FALSE(DescribeTrayStatus(fx.controller->trayStatus().snapshot(), 0).shown);
+  EXPECT_EQ(RunEnd::Aborted, fx.controller->runStatus().snapshot().end);
+  EXPECT_FALSE(DescribeTrayStatus(fx.controller->runStatus().snapshot(), 0).shown);
   const std::string talk = fx.conversation();
   EXPECT_EQ(talk.rfind("arm > RESET<CR>"), talk.rfind("arm >"));
   // Tube 6 stands at x = 110: the arm never went there.
@@ -199,13 +199,13 @@ TEST(TrayRun, F11PausesAtTheNextCheckAndAgainResumesWithNothingLost) {
       fx.controller->keyDown(Key::F11);
       legends.push_back(fx.view.legend);
       EXPECT_EQ("Pause requested: pausing after tube 5",
-                DescribeTrayStatus(fx.controller->trayStatus().snapshot(), 0).request);
+                DescribeTrayStatus(fx.controller->runStatus().snapshot(), 0).request);
     }
     if (fx.controller->state() == RunState::Paused && ++pausedPolls == 5) {
       legends.push_back(fx.view.legend);
       // Paused says so, not the step that came before.
       EXPECT_EQ("Paused", fx.view.prompt());
-      EXPECT_EQ(TrayRunState::Paused, fx.controller->trayStatus().snapshot().state);
+      EXPECT_EQ(RunStatusState::Paused, fx.controller->runStatus().snapshot().state);
       fx.controller->keyDown(Key::F11);
     }
   };
@@ -215,7 +215,7 @@ TEST(TrayRun, F11PausesAtTheNextCheckAndAgainResumesWithNothingLost) {
             legends);
   EXPECT_EQ(5, pausedPolls);
   EXPECT_EQ("", fx.view.legend);
-  EXPECT_EQ(TrayRunEnd::Completed, fx.controller->trayStatus().snapshot().end);
+  EXPECT_EQ(RunEnd::Completed, fx.controller->runStatus().snapshot().end);
   EXPECT_EQ("Run completed.|[R]ead Tray or [Q]uit", fx.view.prompt());
   const std::string records = fx.file(fx.state.DataSet.FixPath);
   EXPECT_EQ(4, std::count(records.begin(), records.end(), '\n'));

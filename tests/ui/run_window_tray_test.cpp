@@ -100,7 +100,7 @@ TEST(RunWindowTray, F11PausesAndResumesAndF5AbortsWhileTheWindowAnswers) {
 
   QTest::mouseClick(run.ok(), Qt::LeftButton);
   ZORVEL_TRY_VERIFY(run.label("Status").contains("Extracting Sample"), 10000);
-  EXPECT_TRUE(run.shown("TrayStatus"));
+  EXPECT_TRUE(run.shown("RunStatus"));
   EXPECT_EQ("Tube 1 of 3: Sample 1 in tray tube 5", run.label("TrayTube"));
   EXPECT_EQ("Step: Extracting Sample", run.label("TrayStep"));
   QTest::keyClick(run.window, Qt::Key_F11);
@@ -146,7 +146,7 @@ TEST(RunWindowTray, F11PausesAndResumesAndF5AbortsWhileTheWindowAnswers) {
   EXPECT_EQ(1u, records(run));
   EXPECT_EQ(0.0, run.lines.rig().bench.receivedUl[6]);
   // Nothing of the run is left on show.
-  EXPECT_FALSE(run.shown("TrayStatus"));
+  EXPECT_FALSE(run.shown("RunStatus"));
   EXPECT_FALSE(run.shown("AbortMsg"));
   EXPECT_TRUE(run.label("TimeInfo").isEmpty()) << run.label("TimeInfo").toStdString();
   // Whoever left the run is told how it ended.

@@ -103,7 +103,7 @@ RunWindow::RunWindow(const RunWindowServices& services, const RunSetup& setup,
 
 RunWindow::~RunWindow() {
   worker_->waitUntilIdle();
-  controller_->trayStatus().setListener({});
+  controller_->runStatus().setListener({});
   worker_.reset();
   detachChecks();
   if (!unloaded_) controller_->Form_Unload();
@@ -216,7 +216,7 @@ void RunWindow::watchStatus(const RunStatusContext& file, const std::string& pat
   // Every change replaces the status file beside the set. A tray run's also shows at once
   // (before the file's write waits for the disk), its times ticking every second between, and
   // its end and first alert are told to whoever left it running.
-  std::function<void(const TrayStatus&)> told;
+  std::function<void(const RunStatus&)> told;
   if (arm_) {
     if (notifier != nullptr) {
       // The set by its file's name, as the main window shows it.
@@ -224,7 +224,7 @@ void RunWindow::watchStatus(const RunStatusContext& file, const std::string& pat
                                                   file.dataSet.substr(file.dataSet.rfind('/') + 1));
     }
     QPointer<RunWindow> self(this);
-    told = [self, notices = notices_.get()](const TrayStatus& now) {
+    told = [self, notices = notices_.get()](const RunStatus& now) {
       if (self) {
         QMetaObject::invokeMethod(
             self,
@@ -240,12 +240,12 @@ void RunWindow::watchStatus(const RunStatusContext& file, const std::string& pat
     connect(tick_, &QTimer::timeout, this, [this] { refreshTrayStatus(); });
     tick_->start();
   }
-  KeepRunStatusFile(controller_->trayStatus(), file, path, std::move(told));
+  KeepRunStatusFile(controller_->runStatus(), file, path, std::move(told));
 }
 
 void RunWindow::refreshTrayStatus() {
   const auto nowS = static_cast<long>(clock_.secondsSinceMidnight());
-  const TrayStatusLines lines = DescribeTrayStatus(controller_->trayStatus().snapshot(), nowS);
+  const TrayStatusLines lines = DescribeTrayStatus(controller_->runStatus().snapshot(), nowS);
   trayPanel_->show(lines);
   if (!lines.shown) return;
   QStringList times;

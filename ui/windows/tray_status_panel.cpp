@@ -24,7 +24,7 @@ void SetLine(QLabel* label, const std::string& text) {
 }  // namespace
 
 TrayStatusPanel::TrayStatusPanel(QWidget* parent) : QGroupBox("Tray Run", parent) {
-  setObjectName("TrayStatus");
+  setObjectName("RunStatus");
   tube_ = Line("TrayTube");
   step_ = Line("TrayStep");
   request_ = Line("TrayRequest");

@@ -8,8 +8,8 @@
 
 namespace zorvel {
 
-// Where a tray run stands.
-enum class TrayRunState {
+// Where a run stands (a tray run, or a cuvette run as its table moves it).
+enum class RunStatusState {
   Idle,            // no tray run has started in this window
   SettingUp,       // from Read to the first tube
   Reading,         // a tube's cycle, or the rinse that ends the run
@@ -23,8 +23,8 @@ enum class TrayRunState {
   AwaitingDecision,  // the reading is in: accept, reject, control or blank
 };
 
-// Why a tray run ended.
-enum class TrayRunEnd {
+// Why a run ended.
+enum class RunEnd {
   None,            // not ended
   Completed,       // every tube read
   Aborted,         // the operator confirmed an abort
@@ -33,12 +33,12 @@ enum class TrayRunEnd {
   Quit,            // the operator quit a cuvette run
 };
 
-// What a tray run tells about itself, whole: the run window shows it and a watcher may copy it
+// What a run tells about itself, whole: the run window shows it and a watcher may copy it
 // elsewhere. Times are clock times of the run's day in seconds since midnight (an estimate may
 // pass 86400 when the run goes over midnight).
-struct TrayStatus {
-  TrayRunState state = TrayRunState::Idle;
-  TrayRunEnd end = TrayRunEnd::None;
+struct RunStatus {
+  RunStatusState state = RunStatusState::Idle;
+  RunEnd end = RunEnd::None;
   int tubeOfRange = 0;      // n: the tube of the sample range reached, 1-based; 0 before the first
   int tubesInRange = 0;     // N: Starting Tube to Ending Tube
   int tube = 0;             // the tray position in the cycle now (controls and blanks included)
@@ -57,17 +57,17 @@ struct TrayStatus {
   std::string alertLogPath;
   std::string lastMessage;  // the last line the run's status box showed
 
-  friend bool operator==(const TrayStatus&, const TrayStatus&) = default;
+  friend bool operator==(const RunStatus&, const RunStatus&) = default;
 };
 
-// The one copy of a tray run's status, changed by the run (on its worker) and by the keys (on
+// The one copy of a run's status, changed by the run (on its worker) and by the keys (on
 // the window's thread), read whole by whoever shows it. Every change is told to the listener
 // with the status as it then stands, on the thread that made the change.
-class TrayStatusBoard {
+class RunStatusBoard {
  public:
-  using Listener = std::function<void(const TrayStatus&)>;
+  using Listener = std::function<void(const RunStatus&)>;
   void setListener(Listener listener);
-  TrayStatus snapshot() const;
+  RunStatus snapshot() const;
 
   // Read was pressed: a new run, nothing read yet.
   void settingUp(int planned, int tubesInRange, long startS, const CalendarTime& startedAt,
@@ -85,9 +85,9 @@ class TrayStatusBoard {
   // The run goes on: after a pause, or an abort the operator answered No to.
   void resumed();
   void alert(const std::string& line);
-  void ended(TrayRunEnd why);
+  void ended(RunEnd why);
   // A cuvette run's state, as its table moves it.
-  void moved(TrayRunState state);
+  void moved(RunStatusState state);
   // A cuvette run has filed `count` readings.
   void filed(int count);
 
@@ -96,11 +96,11 @@ class TrayStatusBoard {
   void change(Change&& apply);
 
   mutable std::mutex mutex_;
-  TrayStatus status_;
+  RunStatus status_;
   Listener listener_;
 };
 
-std::string TrayRunStateName(TrayRunState state);
-std::string TrayRunEndName(TrayRunEnd end);
+std::string RunStatusStateName(RunStatusState state);
+std::string RunEndName(RunEnd end);
 
 }  // namespace zorvel

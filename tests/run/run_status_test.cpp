@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "core/run/tray_status.h"
+#include "core/run/run_status.h"
 #include "core/run/tray_status_lines.h"
 
 namespace zorvel {
@@ -10,19 +10,19 @@ namespace {
 
 constexpr long kStartS = 23 * 3600 + 59 * 60;  // 23:59:00, so the run passes midnight
 
-void Start(TrayStatusBoard& board) {
+void Start(RunStatusBoard& board) {
   board.settingUp(4, 2, kStartS, CalendarTime{}, "/d/RUN.LOG");
 }
 
-TEST(TrayStatus, ToldAsTheRunGoesAndTheKeysArePressed) {
-  TrayStatusBoard board;
+TEST(RunStatus, ToldAsTheRunGoesAndTheKeysArePressed) {
+  RunStatusBoard board;
   Start(board);
   // A control read ahead of the range is no tube of it.
   board.tubeStarted(1, 0, "Control", 12);
   EXPECT_EQ("Before tube 1 of 2: Control 12 in tray tube 1",
             DescribeTrayStatus(board.snapshot(), kStartS).tube);
-  std::vector<TrayRunState> told;
-  board.setListener([&told](const TrayStatus& s) { told.push_back(s.state); });
+  std::vector<RunStatusState> told;
+  board.setListener([&told](const RunStatus& s) { told.push_back(s.state); });
   board.tubeStarted(5, 1, "Sample", 12);
   board.step("Locating Sample");
   board.pauseRequested();
@@ -47,21 +47,23 @@ TEST(TrayStatus, ToldAsTheRunGoesAndTheKeysArePressed) {
   EXPECT_EQ("1 alert logged in /d/RUN.LOG; the last: Tube 5  S12  Control alert", lines.alerts);
   EXPECT_EQ(1, lines.progressDone);
   EXPECT_EQ(4, lines.progressOf);
-  board.ended(TrayRunEnd::Aborted);
+  board.ended(RunEnd::Aborted);
   EXPECT_FALSE(DescribeTrayStatus(board.snapshot(), 100).shown);
-  EXPECT_EQ(TrayRunEnd::Aborted, board.snapshot().end);
-  const std::vector<TrayRunState> expected{
-      TrayRunState::Reading,        TrayRunState::Reading,        TrayRunState::PauseRequested,
-      TrayRunState::PauseRequested, TrayRunState::Paused,         TrayRunState::Reading,
-      TrayRunState::AbortRequested, TrayRunState::AbortRequested, TrayRunState::Ended};
+  EXPECT_EQ(RunEnd::Aborted, board.snapshot().end);
+  const std::vector<RunStatusState> expected{
+      RunStatusState::Reading,        RunStatusState::Reading,
+      RunStatusState::PauseRequested, RunStatusState::PauseRequested,
+      RunStatusState::Paused,         RunStatusState::Reading,
+      RunStatusState::AbortRequested, RunStatusState::AbortRequested,
+      RunStatusState::Ended};
   EXPECT_EQ(expected, told);
 }
 
-TEST(TrayStatus, AKeyBetweenRunsChangesNothing) {
-  TrayStatusBoard board;
+TEST(RunStatus, AKeyBetweenRunsChangesNothing) {
+  RunStatusBoard board;
   board.pauseRequested();
   board.abortRequested();
-  EXPECT_EQ(TrayRunState::Idle, board.snapshot().state);
+  EXPECT_EQ(RunStatusState::Idle, board.snapshot().state);
   EXPECT_FALSE(DescribeTrayStatus(board.snapshot(), 0).shown);
 }
 
