@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 #include "core/app/demo_workspace.h"
 #include "core/app/port_map.h"
@@ -56,6 +57,25 @@ void loadBench(const std::string& startDirectory, sim::SimRig& rig, Operator& op
   }
 }
 
+// Makes the demo workspace when asked for and moves into the start-up directory; the exit
+// status when that fails.
+std::optional<int> enterStartDirectory(const DesktopOptions& options, QtOperator& op) {
+  std::string startDirectory = options.startDirectory;
+  if (options.demoDirectory) {
+    if (!PrepareDemoWorkspace(*options.demoDirectory, op)) return 1;
+    const std::string bench = JoinPath(*options.demoDirectory, "ZORVEL.BENCH");
+    if (!FileExists(bench)) WriteWholeFile(bench, sim::DemoBenchText());
+    startDirectory = *options.demoDirectory;
+  }
+  if (startDirectory.empty()) return std::nullopt;
+  std::error_code ec;
+  std::filesystem::current_path(startDirectory, ec);
+  if (!ec) return std::nullopt;
+  std::fprintf(stderr, "zorvel: cannot use %s as the start-up directory: %s\n",
+               startDirectory.c_str(), ec.message().c_str());
+  return 2;
+}
+
 }  // namespace
 
 int RunDesktopProgram(int argc, char** argv) {
@@ -67,22 +87,7 @@ int RunDesktopProgram(int argc, char** argv) {
   QApplication app(argc, argv);
 
   QtOperator op;
-  std::string startDirectory = options->startDirectory;
-  if (options->demoDirectory) {
-    if (!PrepareDemoWorkspace(*options->demoDirectory, op)) return 1;
-    const std::string bench = JoinPath(*options->demoDirectory, "ZORVEL.BENCH");
-    if (!FileExists(bench)) WriteWholeFile(bench, sim::DemoBenchText());
-    startDirectory = *options->demoDirectory;
-  }
-  if (!startDirectory.empty()) {
-    std::error_code ec;
-    std::filesystem::current_path(startDirectory, ec);
-    if (ec) {
-      std::fprintf(stderr, "zorvel: cannot use %s as the start-up directory: %s\n",
-                   startDirectory.c_str(), ec.message().c_str());
-      return 2;
-    }
-  }
+  if (const auto failed = enterStartDirectory(*options, op)) return *failed;
 
   auto state = std::make_unique<AppState>();
   RealClock clock;

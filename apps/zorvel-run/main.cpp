@@ -22,9 +22,7 @@ std::optional<double> numberOption(const QCommandLineParser& parser, const QStri
   return value;
 }
 
-// The exit status when the program ends at once (help, version, bad use); nothing to go on.
-std::optional<int> parse(const QStringList& arguments, Options& options) {
-  QCommandLineParser parser;
+void describe(QCommandLineParser& parser) {
   parser.setApplicationDescription(
       "Runs a method, the water-cell check or an intensity reading without windows; every "
       "question is answered from the answer file (one answer a line: ok, yes, no, cancel, "
@@ -65,6 +63,12 @@ std::optional<int> parse(const QStringList& arguments, Options& options) {
       {"filter", "Filter code.", "N"},
       {"pmt", "PMT voltage, or \"default\".", "V|default"},
   });
+}
+
+// The exit status when the program ends at once (help, version, bad use); nothing to go on.
+std::optional<int> parse(const QStringList& arguments, Options& options) {
+  QCommandLineParser parser;
+  describe(parser);
   if (const auto status = zorvel::ui::ParseCommandLine(parser, arguments)) return status;
   options.startDirectory = parser.value("start-dir").toStdString();
   for (const QString& p : parser.values("port")) options.portEntries.push_back(p.toStdString());
