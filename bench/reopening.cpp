@@ -96,8 +96,7 @@ MethodSettings LongSetMethod(int colours) {
   m.ReadTimePures = 1;
   m.FileType = DataFileType::DosWindows;
   for (int i = 1; i <= colours; ++i) {
-    m.FixedPairs[static_cast<std::size_t>(i)] = {350.0f + i, 400.0f + i, 5, 5,
-                                                 static_cast<std::int16_t>(i % 14)};
+    m.FixedPairs.colour(i) = {350.0f + i, 400.0f + i, 5, 5, static_cast<std::int16_t>(i % 14)};
   }
   return m;
 }

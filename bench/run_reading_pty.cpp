@@ -46,9 +46,9 @@ MethodSettings ThirtyColours() {
   for (int i = 1; i <= kColours; ++i) {
     const auto& band = bands[static_cast<std::size_t>((i - 1) % sim::kDyeCount)];
     const float slit = i % 2 == 0 ? 4.0f : 5.0f;
-    m.FixedPairs[static_cast<std::size_t>(i)] = {static_cast<float>(band.excitationNm),
-                                                 static_cast<float>(band.emissionNm), slit, slit,
-                                                 static_cast<std::int16_t>((i - 1) % 14)};
+    m.FixedPairs.colour(i) = {static_cast<float>(band.excitationNm),
+                              static_cast<float>(band.emissionNm), slit, slit,
+                              static_cast<std::int16_t>((i - 1) % 14)};
   }
   return m;
 }

@@ -31,7 +31,7 @@ void BM_RunReadsOneCuvetteForTenSeconds(benchmark::State& state) {
   m.FilterSetting = EmissionFilter::None;
   m.PMTVoltage = 820;
   m.Repetitions = 1;
-  m.FixedPairs[1] = {350, 397.5f, 5, 5, 0};
+  m.FixedPairs.colour(1) = {350, 397.5f, 5, 5, 0};
   RealClock clock;
   sim::Bench bench;
   sim::FluorimeterSim instrument(bench, 2, 5);

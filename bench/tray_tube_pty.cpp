@@ -190,7 +190,7 @@ void TubeMethod(AppState& app) {
   MethodSettings& m = app.Method;
   m = testing::FixedMethod(1, 1);
   m.ScanSpeed = 240;
-  m.FixedPairs[1] = {350, 397.5f, 5, 5, 0};
+  m.FixedPairs.colour(1) = {350, 397.5f, 5, 5, 0};
   testing::FromTray(m, 1, kTubes, {500, 200, 100, 300});
   AutosamplerSettings& a = m.Autosampler;
   a.FillSpeed = a.DispenseSpeed = a.FillSpeedFlush = a.DispenseSpeedFlush = 10;

@@ -35,7 +35,7 @@ void TrayMethod(AppState& app) {
   MethodSettings& m = app.Method;
   m = testing::FixedMethod(1, 1);
   m.ScanSpeed = 240;
-  m.FixedPairs[1] = {350, 397.5f, 5, 5, 0};
+  m.FixedPairs.colour(1) = {350, 397.5f, 5, 5, 0};
   // Slow strokes (speed code 40: 146 steps a second) and the tube at the far end of the tray.
   testing::FromTray(m, 1, 1, {1000, 500, 100, 1000});
   AutosamplerSettings& a = m.Autosampler;

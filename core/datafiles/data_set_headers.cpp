@@ -38,7 +38,7 @@ int pairCount(const MethodSettings& m) {
 }
 
 const ColourDeclaration& pair(const MethodSettings& m, int row) {
-  return m.FixedPairs[static_cast<std::size_t>(row)];
+  return m.FixedPairs.colour(row);
 }
 
 std::string colourName(const AppState& state, std::int16_t index) {

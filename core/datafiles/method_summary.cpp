@@ -62,8 +62,7 @@ std::string wavelengthColumn(float wavelengthNm) {
 void printColumnHeadings(Printer& p, const MethodSettings& m) {
   const int pairs = std::clamp<int>(m.NoColors, 0, kMaxColours);
   auto row = [&](float (*value)(const ColourDeclaration&), std::string (*column)(float)) {
-    for (int i = 1; i <= pairs; ++i)
-      p.print(column(value(m.FixedPairs[static_cast<std::size_t>(i)])));
+    for (int i = 1; i <= pairs; ++i) p.print(column(value(m.FixedPairs.colour(i))));
     p.endLine();
   };
   p.tab(4);

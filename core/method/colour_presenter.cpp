@@ -171,9 +171,7 @@ bool ColourPresenter::confirm() {
   const FixedPairTable& table = state_.Method.FixedPairs;
   for (int i = 1; i <= rows(); ++i) {
     for (int j = i + 1; j <= rows(); ++j) {
-      if (table.at(static_cast<std::size_t>(i)).ColourIndex !=
-          table.at(static_cast<std::size_t>(j)).ColourIndex)
-        continue;
+      if (table.colour(i).ColourIndex != table.colour(j).ColourIndex) continue;
       const int answer =
           op_.message("Two wavelengths are set to be the same color.  Is this correct",
                       "Color Declaration Problem", BoxIcon::Question, BoxButtons::YesNo);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <functional>
 #include <optional>
 #include <string>
@@ -11,8 +10,6 @@
 #include "core/state/app_state.h"
 
 namespace zorvel {
-
-using FixedPairTable = std::array<ColourDeclaration, kMaxColours + 1>;
 
 // What outlives the colour window between its openings.
 struct ColourWindowState {
@@ -62,9 +59,7 @@ class ColourPresenter {
   void AutoColour(int row);
 
  private:
-  ColourDeclaration& pair(int row) {
-    return state_.Method.FixedPairs.at(static_cast<std::size_t>(row));
-  }
+  ColourDeclaration& pair(int row) { return state_.Method.FixedPairs.colour(row); }
   int rows() const;
   // The slot of a row when its page is the one shown, else 0.
   int shownSlot(int row) const;

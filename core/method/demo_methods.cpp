@@ -40,8 +40,7 @@ MethodSettings baseMethod(const AppState& state) {
   m.ReadTimePures = 2;
   int row = 1;
   for (const DemoPair& p : kDemoPairs) {
-    m.FixedPairs[static_cast<std::size_t>(row++)] =
-        ColourDeclaration{p.exNm, p.emNm, 5, 5, p.colour};
+    m.FixedPairs.colour(row++) = ColourDeclaration{p.exNm, p.emNm, 5, 5, p.colour};
   }
   return m;
 }

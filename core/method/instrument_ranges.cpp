@@ -59,8 +59,7 @@ std::optional<std::string> InstrumentRangeProblem(const MethodSettings& m,
              " colours; a method reads 1 to 30.";
     }
     for (int row = 1; row <= m.NoColors; ++row) {
-      if (auto problem = pairProblem(m.FixedPairs[static_cast<std::size_t>(row)], row, f))
-        return problem;
+      if (auto problem = pairProblem(m.FixedPairs.colour(row), row, f)) return problem;
     }
   }
   if (m.Synch) return scanProblem(m.SynchScan, f);

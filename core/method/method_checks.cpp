@@ -140,7 +140,7 @@ std::optional<WavelengthFault> FindWavelengthFault(const MethodSettings& method,
   extremes = FixedTableExtremes{};
   const int rows = std::clamp<int>(method.NoColors, 0, kMaxColours);
   for (int row = 1; row <= rows; ++row) {
-    const ColourDeclaration& pair = method.FixedPairs[static_cast<std::size_t>(row)];
+    const ColourDeclaration& pair = method.FixedPairs.colour(row);
     if (!within(pair.ExWl, 200, 800)) return WavelengthFault{PairField::ExWl, row};
     extremes.LowestFixedExcitation = std::min<double>(extremes.LowestFixedExcitation, pair.ExWl);
     if (!within(pair.EmWl, 200, 900)) return WavelengthFault{PairField::EmWl, row};

@@ -57,9 +57,7 @@ void SetMethodDefaults(AppState& state) {
   m.Repetitions = 1;
   m.Operator.clear();
   m.StudyId.clear();
-  for (std::size_t row = 1; row < m.FixedPairs.size(); ++row) {
-    m.FixedPairs[row] = ColourDeclaration{0, 0, 0, 0, 0};
-  }
+  for (ColourDeclaration& pair : m.FixedPairs) pair = ColourDeclaration{0, 0, 0, 0, 0};
   state.LineEnding = LineEndingFor(m.FileType);
   SetAutosamplerDefaults(state);
 }

@@ -121,8 +121,8 @@ bool MethodEditor::MethodChanged() {
                  now.Repetitions != was.Repetitions;
   // The pairs the loaded method had; their colours are not compared.
   for (int row = 1; row <= std::clamp<int>(was.NoColors, 0, kMaxColours); ++row) {
-    const ColourDeclaration& a = now.FixedPairs.at(static_cast<std::size_t>(row));
-    const ColourDeclaration& b = was.FixedPairs.at(static_cast<std::size_t>(row));
+    const ColourDeclaration& a = now.FixedPairs.colour(row);
+    const ColourDeclaration& b = was.FixedPairs.colour(row);
     changed =
         changed || a.ExWl != b.ExWl || a.EmWl != b.EmWl || a.ExSl != b.ExSl || a.EmSl != b.EmSl;
   }

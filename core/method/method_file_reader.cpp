@@ -125,8 +125,7 @@ bool readFixedRows(MethodLines& in, MethodSettings& m) {
   if (!in.text(headings)) return false;
   ColourDeclaration beyondTable;
   for (int row = 1; row <= m.NoColors; ++row) {
-    ColourDeclaration& pair =
-        row <= kMaxColours ? m.FixedPairs[static_cast<std::size_t>(row)] : beyondTable;
+    ColourDeclaration& pair = row <= kMaxColours ? m.FixedPairs.colour(row) : beyondTable;
     double v[5];
     for (double& x : v) {
       if (!in.number(x)) return false;

@@ -60,8 +60,7 @@ void writeFixedSection(MethodText& t, const MethodSettings& m) {
   t.line(kFixedSectionMarker);
   t.line(kFixedSectionHeadings);
   const int rows = std::clamp<int>(m.NoColors, 0, kMaxColours);
-  for (int row = 1; row <= rows; ++row)
-    t.raw(FixedPairLine(m.FixedPairs[static_cast<std::size_t>(row)]));
+  for (int row = 1; row <= rows; ++row) t.raw(FixedPairLine(m.FixedPairs.colour(row)));
 }
 
 void writeSynchSection(MethodText& t, const SynchScanSettings& s) {

@@ -205,11 +205,11 @@ QcSnapshot QualityChecks::snapshotOf(std::span<const float> readings) const {
   QcSnapshot s;
   s.colours = colours();
   const auto size = static_cast<std::size_t>(s.colours + 1);
-  s.pairs.assign(state_.Method.FixedPairs.begin(),
-                 state_.Method.FixedPairs.begin() + static_cast<std::ptrdiff_t>(size));
+  s.pairs.assign(size, ColourDeclaration{});
   s.values.assign(size, 0.0f);
   s.flags.assign(size, false);
   for (int i = 1; i <= s.colours; ++i) {
+    s.pairs[static_cast<std::size_t>(i)] = state_.Method.FixedPairs.colour(i);
     s.values[static_cast<std::size_t>(i)] = readingOf(readings, i);
     s.flags[static_cast<std::size_t>(i)] = check_.flags[static_cast<std::size_t>(i)];
   }

@@ -73,7 +73,7 @@ bool Acquisition::setSlits(float exSlitNm, float emSlitNm, const char* exTitle,
 bool Acquisition::ReadFixed(float readTimeS, int gridRow) {
   if (method_.Synch && !done(fluorimeter_.restoreFullRange())) return false;
   for (int i = 1; i <= method_.NoColors && i <= kMaxColours; ++i) {
-    const ColourDeclaration& pair = method_.FixedPairs[static_cast<std::size_t>(i)];
+    const ColourDeclaration& pair = method_.FixedPairs.colour(i);
     if (!setSlits(pair.ExSl, pair.EmSl, "Setting Excitation Slit", "Setting Emission Slit")) {
       return false;
     }
@@ -90,7 +90,7 @@ bool Acquisition::ReadFixed(float readTimeS, int gridRow) {
 }
 
 bool Acquisition::ReadIntensity(int colour, float readTimeS, int gridRow) {
-  const ColourDeclaration& pair = method_.FixedPairs[static_cast<std::size_t>(colour)];
+  const ColourDeclaration& pair = method_.FixedPairs.colour(colour);
   if (showStep_) showStep_("Reading Sample");
   links_.LinkTimeoutCount = 0;
   const Reading reading =

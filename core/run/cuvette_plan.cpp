@@ -197,7 +197,7 @@ void CuvettePlan::promptPure() {
   }
   view_.showStatus(prompt::PureColour(PureIndex));
   if (method_.Fixed && PureIndex >= 1 && PureIndex <= kMaxColours) {
-    const ColourDeclaration& pair = method_.FixedPairs[static_cast<std::size_t>(PureIndex)];
+    const ColourDeclaration& pair = method_.FixedPairs.colour(PureIndex);
     view_.showStatus(prompt::FixedWavelength(pair.ExWl, pair.EmWl));
   }
 }

@@ -17,7 +17,7 @@ void RunAlertLog::setTube(int tube, const std::string& label) {
 void RunAlertLog::alertKept(const std::vector<OutOfRange>& colours) {
   std::vector<std::string> details;
   for (const OutOfRange& c : colours) {
-    const ColourDeclaration& pair = state_.Method.FixedPairs[static_cast<std::size_t>(c.colour)];
+    const ColourDeclaration& pair = state_.Method.FixedPairs.colour(c.colour);
     const int index = pair.ColourIndex;
     const std::string name = index >= 0 && index < static_cast<int>(state_.ColourNames.size())
                                  ? state_.ColourNames[static_cast<std::size_t>(index)]

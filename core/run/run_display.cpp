@@ -9,7 +9,7 @@ void RunDisplay::layOut(const MethodSettings& method, const std::vector<std::str
                         const DataSetPaths& set) {
   RunLayout layout{method.Fixed, method.Synch, {}};
   for (int i = 1; i <= method.NoColors && i <= kMaxColours; ++i) {
-    const ColourDeclaration& pair = method.FixedPairs[static_cast<std::size_t>(i)];
+    const ColourDeclaration& pair = method.FixedPairs.colour(i);
     layout.heads.push_back(text::plainSingle(pair.ExWl) + "/" + text::plainSingle(pair.EmWl));
   }
   view_.layOut(layout);

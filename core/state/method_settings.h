@@ -1,15 +1,13 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "core/state/colour_declaration.h"
+#include "core/state/fixed_pair_table.h"
 
 namespace zorvel {
-
-inline constexpr int kMaxColours = 30;
 
 // How the samples reach the cuvette: poured in by the operator, or drawn from the tray by the
 // autosampler arm and the dilutor pump.
@@ -114,8 +112,7 @@ struct MethodSettings {
   std::string Operator;
   std::string StudyId;
 
-  // Rows 1..30; index 0 is unused so that row numbers read as they do everywhere else.
-  std::array<ColourDeclaration, kMaxColours + 1> FixedPairs{};
+  FixedPairTable FixedPairs;
   SynchScanSettings SynchScan;
   AutosamplerSettings Autosampler;
   // What the last reading of a method file could not hold; never written to a file.

@@ -15,8 +15,8 @@ inline AppState LiverSetState() {
   FillColourTables(state);
   state.Method = {true, true, false, 2, 2, 1, 10, 480, EmissionFilter::Cutoff350, 820, Delivery::Cuvette, false, 2.5f, 0,
                   DataFileType::DosWindows, "JS", "Liver extracts", {}, {4, 4, 360, 700, 15, 0.5f}, {}, {}};
-  state.Method.FixedPairs[1] = {493, 515, 5, 5, 4};
-  state.Method.FixedPairs[2] = {617.5f, 640, 12.5f, 2.5f, 10};
+  state.Method.FixedPairs.colour(1) = {493, 515, 5, 5, 4};
+  state.Method.FixedPairs.colour(2) = {617.5f, 640, 12.5f, 2.5f, 10};
   state.LineEnding = "\r\n";
   state.DataSet.MethodFilePath = "/lab/METHODS/LIVER.MTH";
   return state;
@@ -28,7 +28,7 @@ inline AppState RackSetState() {
   FillColourTables(state);
   state.Method = {true, true, false, 1, 1, 0.5f, 10, -240, EmissionFilter::None, -1, Delivery::Autosampler, false, 2, 0,
                   DataFileType::Macintosh, "AS", "Rack A", {}, {5, 5, 300, 500, 15, 1}, {}, {}};
-  state.Method.FixedPairs[1] = {340, 400, 10, 10, 0};
+  state.Method.FixedPairs.colour(1) = {340, 400, 10, 10, 0};
   state.LineEnding = "\r";
   state.DataSet.MethodFilePath = "/lab/METHODS/RACK.MTH";
   return state;

@@ -33,9 +33,9 @@ MethodSettings QuickMethod(bool synch) {
   m.AmtSolvent = 1;
   m.Operator = "JS";
   m.StudyId = "Liver";
-  m.FixedPairs[1] = {493, 515, 5, 5, 4};
-  m.FixedPairs[2] = {497.5f, 512, 5, 5, 5};
-  m.FixedPairs[3] = {500, 515, 10, 5, 10};
+  m.FixedPairs.colour(1) = {493, 515, 5, 5, 4};
+  m.FixedPairs.colour(2) = {497.5f, 512, 5, 5, 5};
+  m.FixedPairs.colour(3) = {500, 515, 10, 5, 10};
   // The scan covers the fixed pairs, as a method's must, and is kept short: the simulated
   // instruments scan at the pace of real ones.
   m.SynchScan = {5, 5, 490, 515, 20, 1};

@@ -66,7 +66,7 @@ TEST(CheckMethod, ValidFailingAndUnreadableMethods) {
   EXPECT_TRUE(testing::readFile(dir + "DATA/SLOW.FIX").empty());
 
   method = testing::FixedCuvetteMethod();
-  method.FixedPairs[3].EmSl = 25;
+  method.FixedPairs.colour(3).EmSl = 25;
   ASSERT_TRUE(WriteMethodFile(method, dir + "METHODS/SLIT.MTH"));
   const Checked slit = Check(dir, "SLIT.MTH");
   EXPECT_EQ(slit.exitCode, 1);

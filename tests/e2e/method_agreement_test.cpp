@@ -30,9 +30,9 @@ MethodSettings Cuvette() {
   m.AmtSolvent = 2;
   m.Operator = "JS";
   m.StudyId = "Table";
-  m.FixedPairs[1] = {493, 515, 5, 5, 4};
-  m.FixedPairs[2] = {520, 540, 5, 5, 5};
-  m.FixedPairs[3] = {617.5f, 640, 10, 5, 10};
+  m.FixedPairs.colour(1) = {493, 515, 5, 5, 4};
+  m.FixedPairs.colour(2) = {520, 540, 5, 5, 5};
+  m.FixedPairs.colour(3) = {617.5f, 640, 10, 5, 10};
   return m;
 }
 
@@ -65,7 +65,7 @@ std::string Replaced(std::string text, const std::string& from, const std::strin
 void AllColours(MethodSettings& m, int colours) {
   m.NoColors = m.NoPures = static_cast<std::int16_t>(colours);
   for (int row = 1; row <= std::min(colours, kMaxColours); ++row)
-    m.FixedPairs[static_cast<std::size_t>(row)] = {300.0f + row, 400.0f + row, 5, 5, 1};
+    m.FixedPairs.colour(row) = {300.0f + row, 400.0f + row, 5, 5, 1};
 }
 
 std::vector<Case> Cases() {
@@ -93,11 +93,11 @@ std::vector<Case> Cases() {
       {"scan speed -10", [](M m) { m.ScanSpeed = -10; }},
       {"scan speed 9", [](M m) { m.ScanSpeed = 9; }},
       {"scan speed 1501", [](M m) { m.ScanSpeed = 1501; }},
-      {"excitation 200", [](M m) { m.FixedPairs[1].ExWl = 200; }},
-      {"excitation 199", [](M m) { m.FixedPairs[1].ExWl = 199; }},
-      {"emission 901", [](M m) { m.FixedPairs[2].EmWl = 901; }},
-      {"emission slit 20", [](M m) { m.FixedPairs[3].EmSl = 20; }},
-      {"excitation slit 15.5", [](M m) { m.FixedPairs[3].ExSl = 15.5f; }},
+      {"excitation 200", [](M m) { m.FixedPairs.colour(1).ExWl = 200; }},
+      {"excitation 199", [](M m) { m.FixedPairs.colour(1).ExWl = 199; }},
+      {"emission 901", [](M m) { m.FixedPairs.colour(2).EmWl = 901; }},
+      {"emission slit 20", [](M m) { m.FixedPairs.colour(3).EmSl = 20; }},
+      {"excitation slit 15.5", [](M m) { m.FixedPairs.colour(3).ExSl = 15.5f; }},
       {"no repetitions", [](M m) { m.Repetitions = 0; }},
       {"no analyst", [](M m) { m.Operator.clear(); }},
       {"tray", [](M m) { m = Tray(); }},

@@ -30,7 +30,7 @@ std::string Workspace() {
   m.AmtSolvent = 1;
   m.Operator = "QC";
   m.StudyId = "Controls";
-  m.FixedPairs[1] = {493, 518, 5, 5, 4};
+  m.FixedPairs.colour(1) = {493, 518, 5, 5, 4};
   EXPECT_TRUE(WriteMethodFile(m, dir + "METHODS/QC.MTH"));
   testing::writeFile(dir + "bench.txt",
                      "cuvette control 1: Yellow-Green=1\n"

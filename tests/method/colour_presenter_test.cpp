@@ -15,13 +15,13 @@ struct ColourWindow {
     FillColourTables(state);
     state.Method.NoColors = static_cast<std::int16_t>(colours);
     for (int row = 1; row <= colours; ++row) {
-      state.Method.FixedPairs.at(static_cast<std::size_t>(row)) = {
-          340.0f + static_cast<float>(row), 450, 5, 5, static_cast<std::int16_t>(row % 14)};
+      state.Method.FixedPairs.colour(row) = {340.0f + static_cast<float>(row), 450, 5, 5,
+                                             static_cast<std::int16_t>(row % 14)};
     }
     presenter.window().BackupPending = true;
     presenter.setConfirmedListener([this] { ++confirmed; });
   }
-  ColourDeclaration& row(int r) { return state.Method.FixedPairs.at(static_cast<std::size_t>(r)); }
+  ColourDeclaration& row(int r) { return state.Method.FixedPairs.colour(r); }
 
   AppState state;
   ScriptedOperator op;

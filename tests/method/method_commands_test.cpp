@@ -40,7 +40,7 @@ TEST(NewMethodFile, WithoutTemplateTakesTheDefaults) {
   EXPECT_TRUE(m.Fixed && !m.Synch && m.Spillover);
   EXPECT_EQ(m.FileType, DataFileType::DosWindows);
   EXPECT_TRUE(m.Operator.empty() && m.StudyId.empty());
-  EXPECT_EQ(m.FixedPairs[30], (ColourDeclaration{0, 0, 0, 0, 0}));
+  EXPECT_EQ(m.FixedPairs.colour(30), (ColourDeclaration{0, 0, 0, 0, 0}));
   EXPECT_EQ(m.Autosampler.EndingTube, 48);  // the loaded tray's tube count
   EXPECT_EQ(state.LineEnding, "\r\n");
   EXPECT_EQ(state.DataSet.MethodFilePath, "");

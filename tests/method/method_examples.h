@@ -12,17 +12,17 @@ namespace zorvel::testing {
 inline MethodSettings FixedCuvetteMethod() {
   MethodSettings m{true, false, true, 3, 3, 1, 10, 480, EmissionFilter::Cutoff350, 820, Delivery::Cuvette, false, 2.5f, 1, DataFileType::DosWindows, "JS",
                    "Liver extracts, batch 7", {}, {}, {}, {}};
-  m.FixedPairs[1] = {380, 440, 5, 5, 1};
-  m.FixedPairs[2] = {493, 515, 5, 5, 4};
-  m.FixedPairs[3] = {617.5f, 640, 12.5f, 2.5f, 10};
+  m.FixedPairs.colour(1) = {380, 440, 5, 5, 1};
+  m.FixedPairs.colour(2) = {493, 515, 5, 5, 4};
+  m.FixedPairs.colour(3) = {617.5f, 640, 12.5f, 2.5f, 10};
   return m;
 }
 
 inline MethodSettings FixedSynchCuvetteMethod() {
   MethodSettings m{true, true, true, 2, 2, 0.5f, 10, -240, EmissionFilter::Transmittance1Percent, -1, Delivery::Cuvette, true, 2, 3, DataFileType::Macintosh,
                    " M. Dupr\xe9 ", "Gill tissue", {}, {4, 4, 330, 720, 15, 0.5f}, {}, {}};
-  m.FixedPairs[1] = {340, 400, 10, -1, 0};
-  m.FixedPairs[2] = {682, 705.25f, 15, 20, 13};
+  m.FixedPairs.colour(1) = {340, 400, 10, -1, 0};
+  m.FixedPairs.colour(2) = {682, 705.25f, 15, 20, 13};
   return m;
 }
 

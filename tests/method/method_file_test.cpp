@@ -96,23 +96,23 @@ TEST(MethodFile, CodedLinesTakeOnlyTheirExactText) {
   EXPECT_EQ(state.Method.DeliveryMethod, Delivery::Cuvette);
   EXPECT_EQ(state.Method.FileType, DataFileType::DosWindows);
   EXPECT_EQ(state.Method.NoColors, 3);
-  EXPECT_EQ(state.Method.FixedPairs[3], (ColourDeclaration{617.5f, 640, 12.5f, 2.5f, 10}));
+  EXPECT_EQ(state.Method.FixedPairs.colour(3), (ColourDeclaration{617.5f, 640, 12.5f, 2.5f, 10}));
 }
 
 TEST(MethodFile, SectionsNotInTheFileLeaveTheirFieldsAsTheyWere) {
   AppState state;
   state.Method = testing::SynchAutosamplerMethod();
-  state.Method.FixedPairs[4] = {1, 2, 3, 4, 5};
+  state.Method.FixedPairs.colour(4) = {1, 2, 3, 4, 5};
   ScriptedOperator op;
   ASSERT_TRUE(readText(state, op, readGolden("method/fixed_cuvette.mth")));
   EXPECT_TRUE(state.Method.Autosampler == testing::SynchAutosamplerMethod().Autosampler);
   EXPECT_TRUE(state.Method.SynchScan == testing::SynchAutosamplerMethod().SynchScan);
-  EXPECT_EQ(state.Method.FixedPairs[4], (ColourDeclaration{1, 2, 3, 4, 5}));
+  EXPECT_EQ(state.Method.FixedPairs.colour(4), (ColourDeclaration{1, 2, 3, 4, 5}));
 
   // No fixed section: the first marker found is the scan's, kept for the second test.
-  state.Method.FixedPairs[1] = {9, 9, 9, 9, 9};
+  state.Method.FixedPairs.colour(1) = {9, 9, 9, 9, 9};
   ASSERT_TRUE(readText(state, op, readGolden("method/synch_autosampler.mth")));
-  EXPECT_EQ(state.Method.FixedPairs[1], (ColourDeclaration{9, 9, 9, 9, 9}));
+  EXPECT_EQ(state.Method.FixedPairs.colour(1), (ColourDeclaration{9, 9, 9, 9, 9}));
   EXPECT_TRUE(state.Method.Autosampler == testing::SynchAutosamplerMethod().Autosampler);
   EXPECT_TRUE(op.shown.empty());
 }
@@ -124,9 +124,9 @@ TEST(MethodFile, FixedRowsAreFreeFormatNumbers) {
   ASSERT_TRUE(readText(state, op,
                        header + "FIXED SCAN SECTION\r\nheadings\r\n380,440,5,5,1\r\n  493 515\r\n"
                                 "5\t5 4\r\n-1 x 2.5 2.5 3.6\r\n"));
-  EXPECT_EQ(state.Method.FixedPairs[1], (ColourDeclaration{380, 440, 5, 5, 1}));
-  EXPECT_EQ(state.Method.FixedPairs[2], (ColourDeclaration{493, 515, 5, 5, 4}));
-  EXPECT_EQ(state.Method.FixedPairs[3], (ColourDeclaration{-1, 0, 2.5f, 2.5f, 4}));
+  EXPECT_EQ(state.Method.FixedPairs.colour(1), (ColourDeclaration{380, 440, 5, 5, 1}));
+  EXPECT_EQ(state.Method.FixedPairs.colour(2), (ColourDeclaration{493, 515, 5, 5, 4}));
+  EXPECT_EQ(state.Method.FixedPairs.colour(3), (ColourDeclaration{-1, 0, 2.5f, 2.5f, 4}));
 }
 
 void expectInvalidBox(const ScriptedOperator& op, const std::string& offending) {
@@ -202,7 +202,7 @@ TEST(MethodFile, MoreColoursThanTheTableHoldsAreReadAndLeftToTheCheck) {
   EXPECT_TRUE(readText(state, op, text));
   EXPECT_TRUE(op.messages().empty());
   EXPECT_EQ(state.Method.NoColors, 31);
-  EXPECT_EQ(state.Method.FixedPairs[30].ExWl, 450.0f);
+  EXPECT_EQ(state.Method.FixedPairs.colour(30).ExWl, 450.0f);
   EXPECT_EQ(CheckMethodForRun(state.Method, 1), "Number of colors must be between 1 and 30.");
 }
 
@@ -274,9 +274,9 @@ TEST(InstrumentRanges, WhatTheFluorimeterWouldRefuseIsNamed) {
        "The read time 0.05 is outside 0.1 to 100 s, which the fluorimeter would refuse."},
       {[](MethodSettings& x) { x.PMTVoltage = 100; },
        "The PMT voltage 100 is outside 200 to 1000 V"},
-      {[](MethodSettings& x) { x.FixedPairs[2].EmWl = 950; },
+      {[](MethodSettings& x) { x.FixedPairs.colour(2).EmWl = 950; },
        "Colour 2: the emission wavelength 950 is outside 200 to 900 nm"},
-      {[](MethodSettings& x) { x.FixedPairs[1].ExSl = 1; },
+      {[](MethodSettings& x) { x.FixedPairs.colour(1).ExSl = 1; },
        "Colour 1: the excitation slit 1 is outside 2.5 to 15 nm"},
       {[](MethodSettings& x) { x.SynchScan.UpperLimit = 890; },
        "The scan's excitation limit 890 is outside 200 to 800 nm"},

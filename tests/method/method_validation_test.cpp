@@ -31,8 +31,8 @@ struct Validation {
     m.Repetitions = 1;
     m.Operator = "JS";
     m.StudyId = "Liver";
-    m.FixedPairs[1] = {380, 440, 5, 5, 1};
-    m.FixedPairs[2] = {493, 515, 5, 5, 4};
+    m.FixedPairs.colour(1) = {380, 440, 5, 5, 1};
+    m.FixedPairs.colour(2) = {493, 515, 5, 5, 4};
     m.SynchScan = {4, 4, 330, 720, 15, 0.5f};
     m.Autosampler.StartingTube = 1;
     m.Autosampler.EndingTube = 3;
@@ -98,7 +98,7 @@ TEST(ValidateAndSaveMethod, EachCheckFailsOnItsOwnWithItsMessageAndFocus) {
        [](MethodSettings& m, MethodEditorState&) {
          m.DeliveryMethod = Delivery::Autosampler;
          m.NoColors = 4;
-         m.FixedPairs[3] = m.FixedPairs[4] = {400, 500, 5, 5, 0};
+         m.FixedPairs.colour(3) = m.FixedPairs.colour(4) = {400, 500, 5, 5, 0};
        }},
       {"The starting number is negative or undefined.  Please correct.", C::swell_box,
        [](MethodSettings&, MethodEditorState& s) { s.FirstSampleNumber = -1; }},
@@ -127,7 +127,7 @@ TEST(ValidateAndSaveMethod, EachCheckFailsOnItsOwnWithItsMessageAndFocus) {
 
 TEST(ValidateAndSaveMethod, FixedExtremesBadPairsAndTheSaveDialog) {
   Validation both;
-  both.state.Method.FixedPairs[1].ExWl = 290;
+  both.state.Method.FixedPairs.colour(1).ExWl = 290;
   both.editor.colours().CheckWavelengths();
   both.state.Method.SynchScan.LowerLimit = 300;
   EXPECT_FALSE(both.editor.ValidateAndSaveMethod());
@@ -138,7 +138,7 @@ TEST(ValidateAndSaveMethod, FixedExtremesBadPairsAndTheSaveDialog) {
 
   // A bad pair: the check's own box is silent; the colour window opens on the pair's page.
   Validation pairs;
-  pairs.state.Method.FixedPairs[2].EmSl = 25;
+  pairs.state.Method.FixedPairs.colour(2).EmSl = 25;
   testing::FakeColourView* shown = nullptr;
   testing::FakeColourView window;
   pairs.view.onColourWindow = [&] {
@@ -166,13 +166,13 @@ TEST(SaveMethodStep, AnUnchangedLoadedMethodIsNotSavedAgain) {
   Validation v;
   v.editor.methodLoaded(MethodLoad::Edit);
   v.editor.state().FirstSampleNumber = 1;
-  v.state.Method.FixedPairs[1].ColourIndex = 9;  // colours and line ends are not compared
+  v.state.Method.FixedPairs.colour(1).ColourIndex = 9;  // colours and line ends are not compared
   v.state.Method.FileType = DataFileType::Macintosh;
   EXPECT_TRUE(v.editor.saveMethodStep());
   EXPECT_TRUE(v.op.shown.empty());
   EXPECT_FALSE(v.editor.state().MethodChangedFlag);
 
-  v.state.Method.FixedPairs[2].EmWl = 516;
+  v.state.Method.FixedPairs.colour(2).EmWl = 516;
   EXPECT_FALSE(v.editor.saveMethodStep());  // changed: checked and the dialog shown (cancelled)
   EXPECT_TRUE(v.editor.state().MethodChangedFlag);
   ASSERT_EQ(v.op.shown.size(), 1u);
@@ -182,12 +182,12 @@ TEST(SaveMethodStep, AnUnchangedLoadedMethodIsNotSavedAgain) {
 TEST(CheckMethodForRun, NamesTheRowOfABadPairAfterTheCheckMessage) {
   Validation v;
   EXPECT_EQ(CheckMethodForRun(v.state.Method, 1), std::nullopt);
-  v.state.Method.FixedPairs[2].EmWl = 950;
+  v.state.Method.FixedPairs.colour(2).EmWl = 950;
   EXPECT_EQ(CheckMethodForRun(v.state.Method, 1),
             "Error in wavelength declarations.  Please correct.\nRow 2: Answer must be between "
             "200 and 900.");
   // The extremes come from the file's own table: a scan above the lowest excitation fails.
-  v.state.Method.FixedPairs[2].EmWl = 515;
+  v.state.Method.FixedPairs.colour(2).EmWl = 515;
   v.state.Method.SynchScan.LowerLimit = 381;
   EXPECT_EQ(CheckMethodForRun(v.state.Method, 1),
             "Scan Lower Limit must be <= than the lowest fixed wavelength excitation wavelength "

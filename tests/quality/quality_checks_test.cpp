@@ -29,8 +29,8 @@ struct PaintedGrid final : QcGrid {
 struct Checks {
   Checks() {
     state.Method.NoColors = 2;
-    state.Method.FixedPairs[1] = {493, 515, 5, 5, 4};
-    state.Method.FixedPairs[2] = {520, 540, 5, 2.5f, 5};
+    state.Method.FixedPairs.colour(1) = {493, 515, 5, 5, 4};
+    state.Method.FixedPairs.colour(2) = {520, 540, 5, 2.5f, 5};
     const std::string dir = testing::makeTempDir("qc");
     state.DataSet.CtlPath = dir + "RUN.CTL";
     state.DataSet.BlkPath = dir + "RUN.BLK";

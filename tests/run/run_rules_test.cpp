@@ -153,8 +153,8 @@ TEST(CuvetteRun, DatabaseBuildingEndsWhenBothCountsReachThreeThenPuresStartAtCol
 TEST(CuvetteRun, CommandTranscriptOverTheSimulatedFluorimeter) {
   MethodSettings method = ThreeColourMethod(true, false);
   method.NoColors = 2;
-  method.FixedPairs[1] = {520, 540, 5, 5, 5};
-  method.FixedPairs[2] = {493, 515, 5, 5, 4};
+  method.FixedPairs.colour(1) = {520, 540, 5, 5, 5};
+  method.FixedPairs.colour(2) = {493, 515, 5, 5, 4};
   AppState state;
   state.Method = method;
   const std::string dir = testing::makeTempDir("transcript");

@@ -23,7 +23,7 @@ inline MethodSettings FixedMethod(int colours, float readTimeS = 0.1f) {
   m.FilterSetting = EmissionFilter::None;
   m.PMTVoltage = 820;
   m.Repetitions = 1;
-  for (int i = 1; i <= colours && i <= 3; ++i) m.FixedPairs[i] = kPairs[i - 1];
+  for (int i = 1; i <= colours && i <= 3; ++i) m.FixedPairs.colour(i) = kPairs[i - 1];
   return m;
 }
 
