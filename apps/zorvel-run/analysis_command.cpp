@@ -73,7 +73,8 @@ std::unique_ptr<TrayInstruments> trayInstruments(Context& context, LineSource& l
 // The way into the run: a new data set as "&Save As" makes it, or a reopened one with OK.
 std::optional<RunLaunch> launch(Context& context, RunOperator& op, QualityChecks& checks,
                                 TrayInstruments* tray) {
-  LaunchServices services{context.state, op, context.clock, context.printer, checks, checks, {}};
+  LaunchServices services{
+      context.state, op, context.clock, context.printer, checks, checks, {}, {}};
   if (tray != nullptr) {
     // Autosampler delivery: the whole check of the settings, then the arm's port.
     services.openAutosamplerLink = [&context, &op, tray] {

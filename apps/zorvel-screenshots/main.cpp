@@ -42,6 +42,43 @@ void settle(const std::function<bool()>& busy) {
   }
 }
 
+// The autosampler window as AS Setup opens it, once its opening moves are over.
+bool saveAutosampler(AppState& state, ScriptedOperator& op, RealClock& clock,
+                     ui::InstrumentLines& lines, QWidget& parent, const QString& out) {
+  const Preferences& prefs = state.Prefs;
+  ui::AutosamplerWindow autosampler(
+      state, op, clock, lines.lineFor(InstrumentKind::Arm, prefs.AutoSampComPort),
+      lines.lineFor(InstrumentKind::Pump, prefs.DilComPort), {}, &parent);
+  autosampler.show();
+  settle([&] { return autosampler.working(); });
+  QCoreApplication::processEvents();
+  settle([&] { return autosampler.working(); });
+  const bool ok = save(autosampler, out, "autosampler");
+  autosampler.hide();
+  return ok;
+}
+
+// The run window as OK opens it for the loaded method.
+bool saveRun(ui::MainWindow& window, const ScriptedOperator& op, const QString& out) {
+  window.presenter().okButton();
+  QWidget* run = nullptr;
+  settle([&] {
+    run = nullptr;
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+      if (top->objectName() == "SAMPLING" && top->isVisible()) run = top;
+    }
+    return run == nullptr;
+  });
+  if (run == nullptr) {
+    std::fprintf(stderr, "zorvel-screenshots: the run window did not open\n");
+    for (const auto& box : op.messages()) std::fprintf(stderr, "  %s\n", box.text.c_str());
+    return false;
+  }
+  const bool ok = save(*run, out, "run");
+  run->close();
+  return ok;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -77,34 +114,6 @@ int main(int argc, char** argv) {
   window.action(MainMenu::EditMethodFile)->trigger();
   bool ok = save(window, out, "main");
 
-  {
-    const Preferences& prefs = state.Prefs;
-    ui::AutosamplerWindow autosampler(
-        state, op, clock, lines.lineFor(InstrumentKind::Arm, prefs.AutoSampComPort),
-        lines.lineFor(InstrumentKind::Pump, prefs.DilComPort), {}, &window);
-    autosampler.show();
-    settle([&] { return autosampler.working(); });
-    QCoreApplication::processEvents();
-    settle([&] { return autosampler.working(); });
-    ok = save(autosampler, out, "autosampler") && ok;
-    autosampler.hide();
-  }
-
-  window.presenter().okButton();
-  QWidget* run = nullptr;
-  settle([&] {
-    run = nullptr;
-    for (QWidget* top : QApplication::topLevelWidgets()) {
-      if (top->objectName() == "SAMPLING" && top->isVisible()) run = top;
-    }
-    return run == nullptr;
-  });
-  if (run == nullptr) {
-    std::fprintf(stderr, "zorvel-screenshots: the run window did not open\n");
-    for (const auto& box : op.messages()) std::fprintf(stderr, "  %s\n", box.text.c_str());
-    return 1;
-  }
-  ok = save(*run, out, "run") && ok;
-  run->close();
-  return ok ? 0 : 1;
+  ok = saveAutosampler(state, op, clock, lines, window, out) && ok;
+  return saveRun(window, op, out) && ok;
 }

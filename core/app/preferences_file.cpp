@@ -5,6 +5,7 @@
 #include "core/files/file_output.h"
 #include "core/files/key_value_reader.h"
 #include "core/files/paths.h"
+#include "core/instruments/fluorimeter_model.h"
 #include "core/text/number_format.h"
 
 #include <vector>
@@ -67,7 +68,7 @@ PreferencesReadResult ReadPreferencesFile(const std::string& path, Preferences& 
   const auto kept = [&] { read.push_back({in.lastLine(), in.lastValueText()}); };
   const std::string model = in.ReadTextValue();
   kept();
-  prefs.Fluorimeter = model == "LS-50" ? 1 : 2;
+  prefs.Fluorimeter = static_cast<std::int16_t>(FluorimeterModelSelectedBy(model).preference);
   std::int16_t printer = 0;
   std::int16_t autosampler = 0;
   for (std::int16_t* value :
@@ -90,9 +91,10 @@ PreferencesReadResult ReadPreferencesFile(const std::string& path, Preferences& 
     return PreferencesReadResult::Refused;
   }
   // Any other model text selects the LS-50B; the log says so, since it is seldom meant.
-  if (report != nullptr && model != "LS-50" && model != "LS-50B") {
+  if (report != nullptr && FluorimeterModelNamed(model) == nullptr) {
     report->note = "The preferences file " + path + ", line 1: Fluorimeter?=" + model +
-                   " names no model this program knows; the LS-50B is used.";
+                   " names no model this program knows; the " +
+                   std::string(FluorimeterModelSelectedBy(model).name) + " is used.";
   }
   return PreferencesReadResult::Ok;
 }
@@ -102,7 +104,7 @@ std::string PreferencesFileText(const Preferences& prefs) {
     return key + "?=" + value + "\r\n";
   };
   std::string text;
-  text += line("Fluorimeter", prefs.Fluorimeter == 1 ? "LS-50" : "LS-50B");
+  text += line("Fluorimeter", std::string(FluorimeterModelFor(prefs.Fluorimeter).name));
   text += line("FlComPort", std::to_string(prefs.FlComPort));
   text += line("DilComPort", std::to_string(prefs.DilComPort));
   text += line("AutoSampComPort", std::to_string(prefs.AutoSampComPort));

@@ -16,4 +16,16 @@ const FluorimeterModel& FluorimeterModelFor(int preference) {
   return kLs50B;
 }
 
+const FluorimeterModel* FluorimeterModelNamed(std::string_view name) {
+  for (const FluorimeterModel* model : FluorimeterModels()) {
+    if (model->name == name) return model;
+  }
+  return nullptr;
+}
+
+const FluorimeterModel& FluorimeterModelSelectedBy(std::string_view name) {
+  const FluorimeterModel* named = FluorimeterModelNamed(name);
+  return named != nullptr ? *named : kLs50B;
+}
+
 }  // namespace zorvel

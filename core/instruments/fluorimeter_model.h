@@ -39,5 +39,9 @@ extern const FluorimeterModel kLs50B;
 std::span<const FluorimeterModel* const> FluorimeterModels();
 // The model the preferences number names; the LS-50B, the default, for a number none has.
 const FluorimeterModel& FluorimeterModelFor(int preference);
+// The model the preferences file names exactly, or none.
+const FluorimeterModel* FluorimeterModelNamed(std::string_view name);
+// The model a preferences file's model line selects: the one it names exactly, else the LS-50B.
+const FluorimeterModel& FluorimeterModelSelectedBy(std::string_view name);
 
 }  // namespace zorvel

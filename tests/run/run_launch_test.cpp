@@ -20,7 +20,7 @@ struct Launch {
     state.DataSet.MethodFilePath = state.StartDirectory + "LIVER.MTH";
   }
   LaunchServices services() {
-    return {state, op, clock, printer, checks, checks, [this] { return autosamplerAccepted; }};
+    return {state, op, clock, printer, checks, checks, [this] { return autosamplerAccepted; }, {}};
   }
   RunLaunch newSet(int answerToNotice) {
     op.chooseNext(state.StartDirectory + "RUN1.FIX");

@@ -124,10 +124,14 @@ TEST(MainWindow, StartingNumberFollowsTheStartingTube) {
 
   testing::whenShown("ASDILUTOR", [&](QWidget* autosampler) {
     auto* tube = autosampler->findChild<QLineEdit*>("StartingTube");
+    // The tray boxes open once the arm's opening move is over.
+    ZORVEL_TRY_VERIFY(tube->isEnabled() && tube->isVisible(), 10000);
     tube->setFocus();
     tube->selectAll();
     QTest::keyClicks(tube, "7");
-    QTest::keyClick(tube, Qt::Key_Tab);
+    // Return takes the entry where it is typed; Tab would wait on the window being active,
+    // which a loaded machine gives late.
+    QTest::keyClick(tube, Qt::Key_Return);
     QCoreApplication::processEvents();
     autosampler->close();
   });
