@@ -2,6 +2,8 @@
 // folder, and the lines of a data file.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <QCoreApplication>
 #include <filesystem>
 #include <regex>
@@ -10,6 +12,8 @@
 #include <vector>
 
 #include "core/app/preferences_file.h"
+#include "core/method/demo_methods.h"
+#include "core/method/method_file.h"
 #include "support/bytes.h"
 #include "support/method_builder.h"
 
@@ -60,6 +64,20 @@ inline std::vector<std::string> matchingLines(const std::string& path, const std
     if (std::regex_match(line, pattern)) lines.push_back(line);
   }
   return lines;
+}
+
+// A workspace for a tray run: the demo tray file as METHODS/TRAY.TGF, preferences naming it
+// with the autosampler on, and METHODS/TRAY.MTH as `method` makes it for that tray file.
+template <typename MakeMethod>
+void WriteTrayWorkspace(const std::string& dir, MakeMethod method) {
+  const std::string tray = dir + "METHODS/TRAY.TGF";
+  testing::writeFile(tray, DemoTrayGeometryText());
+  Preferences prefs;
+  prefs.BaseDirectoryPath = dir;
+  prefs.AutoSampler = true;
+  prefs.TrayGeometryFile = tray;
+  EXPECT_TRUE(WritePreferencesFile(dir + "ZORVEL.PRF", prefs));
+  EXPECT_TRUE(WriteMethodFile(method(tray), dir + "METHODS/TRAY.MTH"));
 }
 
 }  // namespace zorvel::e2e

@@ -11,8 +11,6 @@
 #include <regex>
 #include <thread>
 
-#include "core/method/demo_methods.h"
-#include "core/method/method_file.h"
 #include "e2e/run_helpers.h"
 
 #if defined(ZORVEL_SIM_EXECUTABLE) && defined(ZORVEL_RUN_EXECUTABLE)
@@ -32,14 +30,7 @@ struct TrayBench {
   TrayBench() {
     e2e::ensureApplication();
     dir = e2e::makeWorkspace("e2e-tray");
-    const std::string tray = dir + "METHODS/TRAY.TGF";
-    testing::writeFile(tray, DemoTrayGeometryText());
-    Preferences prefs;
-    prefs.BaseDirectoryPath = dir;
-    prefs.AutoSampler = true;
-    prefs.TrayGeometryFile = tray;
-    EXPECT_TRUE(WritePreferencesFile(dir + "ZORVEL.PRF", prefs));
-    EXPECT_TRUE(WriteMethodFile(TrayMethod(tray), dir + "METHODS/TRAY.MTH"));
+    e2e::WriteTrayWorkspace(dir, TrayMethod);
     testing::writeFile(dir + "bench.txt",
                        "tube 5 first: Yellow-Green=1\ntube 6 second: Yellow=1\n"
                        "tube 7 third: Crimson=1\n");

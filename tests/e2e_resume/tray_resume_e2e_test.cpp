@@ -14,9 +14,6 @@
 #include <thread>
 #include <vector>
 
-#include "core/app/preferences_file.h"
-#include "core/method/demo_methods.h"
-#include "core/method/method_file.h"
 #include "e2e/run_helpers.h"
 
 #if defined(ZORVEL_SIM_EXECUTABLE) && defined(ZORVEL_RUN_EXECUTABLE)
@@ -36,14 +33,7 @@ struct ResumeBench {
   ResumeBench() {
     e2e::ensureApplication();
     dir = e2e::makeWorkspace("e2e-resume");
-    const std::string tray = dir + "METHODS/TRAY.TGF";
-    testing::writeFile(tray, DemoTrayGeometryText());
-    Preferences prefs;
-    prefs.BaseDirectoryPath = dir;
-    prefs.AutoSampler = true;
-    prefs.TrayGeometryFile = tray;
-    EXPECT_TRUE(WritePreferencesFile(dir + "ZORVEL.PRF", prefs));
-    EXPECT_TRUE(WriteMethodFile(TwelveTubes(tray), dir + "METHODS/TRAY.MTH"));
+    e2e::WriteTrayWorkspace(dir, TwelveTubes);
     std::string tubes = "tube 1 control: Blue=1\ntube 2 blank: solvent\n";
     for (int t = 5; t <= 16; ++t) tubes += "tube " + std::to_string(t) + " s: Yellow=1\n";
     testing::writeFile(dir + "bench.txt", tubes);
