@@ -19,6 +19,7 @@
 #include "sim/pump_sim.h"
 #include "sim/simulated_line.h"
 #include "support/bytes.h"
+#include "support/six_tube_tray.h"
 #include "ui/qt_app.h"
 #include "ui/windows/tray_picture.h"
 
@@ -36,17 +37,7 @@ class AutosamplerWindowTest : public ::testing::Test {
  protected:
   void SetUp() override {
     testing::qtApp();
-    TrayGeometry& tray = state.Tray;
-    tray.positions[0] = TrayPosition{245, 20, 0};
-    for (int k = 1; k <= 6; ++k) {
-      tray.positions[static_cast<std::size_t>(k)] =
-          TrayPosition{20.0f + 18.0f * static_cast<float>(k - 1), 20, static_cast<std::int16_t>(k)};
-    }
-    tray.positionCount = 7;
-    tray.TubeCount = 6;
-    SetAutosamplerDefaults(state.Method.Autosampler, 6);
-    state.Method.Autosampler.StartingTube = 3;
-    state.Method.Autosampler.EndingTube = 5;
+    testing::UseSixTubeTray(state);
     state.Method.Autosampler.AirDryTime = 1;
     armModel.setTray(&state.Tray);
     window = std::make_unique<ui::AutosamplerWindow>(

@@ -26,6 +26,7 @@
 #include "sim/pump_sim.h"
 #include "sim/simulated_line.h"
 #include "support/bytes.h"
+#include "support/six_tube_tray.h"
 #include "ui/platform/qt_operator.h"
 #include "ui/qt_app.h"
 #include "ui/windows/alert_window.h"
@@ -112,17 +113,7 @@ class WindowKeys : public ::testing::Test {
     state.LogPath = dir + "ZORVEL.LOG";
     state.PreferencesPath = dir + "ZORVEL.PRF";
     state.MethodsDirectory = dir + "METHODS";
-    TrayGeometry& tray = state.Tray;
-    tray.positions[0] = TrayPosition{245, 20, 0};
-    for (int k = 1; k <= 6; ++k) {
-      tray.positions[static_cast<std::size_t>(k)] =
-          TrayPosition{20.0f + 18.0f * static_cast<float>(k - 1), 20, static_cast<std::int16_t>(k)};
-    }
-    tray.positionCount = 7;
-    tray.TubeCount = 6;
-    SetAutosamplerDefaults(state.Method.Autosampler, 6);
-    state.Method.Autosampler.StartingTube = 3;
-    state.Method.Autosampler.EndingTube = 5;
+    testing::UseSixTubeTray(state);
     armModel.setTray(&state.Tray);
     snapshot.colours = 1;
     snapshot.pairs.resize(2);
