@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <stdlib.h>
+#include <sys/timerfd.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -132,11 +133,13 @@ void PtyBridge::sendDue(double nowS) {
 PtyServer::PtyServer(Clock& realClock, double speed)
     : clock_(realClock), speed_(speed > 0 ? speed : 1.0), startS_(realClock.monotonicS()) {
   if (::pipe2(stopPipe_, O_CLOEXEC | O_NONBLOCK) != 0) stopPipe_[0] = stopPipe_[1] = -1;
+  timer_ = ::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK);
 }
 
 PtyServer::~PtyServer() {
   closeFd(stopPipe_[0]);
   closeFd(stopPipe_[1]);
+  closeFd(timer_);
 }
 
 double PtyServer::nowS() {
@@ -149,30 +152,45 @@ void PtyServer::requestStop() {
     const ssize_t n = ::write(stopPipe_[1], &byte, 1);
 }
 
-int PtyServer::pollTimeoutMs() {
+int PtyServer::armForNextDue() {
   std::optional<double> next;
   for (PtyBridge* b : bridges_) {
     const auto due = b->nextDueS();
     if (due && !b->outputBlocked()) next = next ? std::min(*next, *due) : *due;
   }
-  if (!next) return -1;
+  itimerspec expiry{};
+  if (!next) {
+    if (timer_ >= 0) ::timerfd_settime(timer_, 0, &expiry, nullptr);
+    return -1;
+  }
   const double waitS = (*next - nowS()) / speed_;
-  return waitS <= 0 ? 0 : static_cast<int>(std::ceil(waitS * 1000.0));
+  if (waitS <= 0) return 0;
+  // poll() may sleep a thousandth of its timeout longer than asked (seconds into a long move)
+  // and counts whole milliseconds; a timer is kept to the microsecond, so a character goes out
+  // when the line would have carried it, not a few milliseconds after.
+  if (timer_ >= 0) {
+    const auto ns = static_cast<long long>(waitS * 1e9);
+    expiry.it_value.tv_sec = static_cast<time_t>(ns / 1000000000);
+    expiry.it_value.tv_nsec = static_cast<long>(std::max(1LL, ns % 1000000000));
+    if (::timerfd_settime(timer_, 0, &expiry, nullptr) == 0) return -1;
+  }
+  return static_cast<int>(std::ceil(waitS * 1000.0));
 }
 
 void PtyServer::run(int extraStopFd) {
   std::vector<pollfd> fds;
   for (;;) {
-    fds.assign({pollfd{stopPipe_[0], POLLIN, 0}, pollfd{extraStopFd, POLLIN, 0}});
+    fds.assign({pollfd{stopPipe_[0], POLLIN, 0}, pollfd{extraStopFd, POLLIN, 0},
+                pollfd{timer_, POLLIN, 0}});
     for (const Watch& w : watches_) fds.push_back(pollfd{w.fd, POLLIN, 0});
     for (PtyBridge* b : bridges_) {
       const short events = static_cast<short>(POLLIN | (b->outputBlocked() ? POLLOUT : 0));
       fds.push_back(pollfd{b->descriptor(), events, 0});
     }
-    const int ready = ::poll(fds.data(), fds.size(), pollTimeoutMs());
+    const int ready = ::poll(fds.data(), fds.size(), armForNextDue());
     if (ready < 0 && errno != EINTR) return;
     if ((fds[0].revents | fds[1].revents) != 0) return;
-    const std::size_t first = 2 + watches_.size();
+    const std::size_t first = 3 + watches_.size();
     const double now = nowS();
     for (std::size_t i = 0; i < bridges_.size(); ++i) {
       if (fds[first + i].revents & (POLLIN | POLLHUP | POLLERR)) bridges_[i]->takeInput(now);
@@ -181,7 +199,7 @@ void PtyServer::run(int extraStopFd) {
     // After the bridges, so that a change of the bench never comes between a command that
     // had arrived and its reply.
     for (std::size_t i = watches_.size(); i-- > 0;) {
-      if (fds[2 + i].revents != 0 && !watches_[i].onReadable())
+      if (fds[3 + i].revents != 0 && !watches_[i].onReadable())
         watches_.erase(watches_.begin() + static_cast<std::ptrdiff_t>(i));
     }
   }

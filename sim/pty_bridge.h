@@ -71,8 +71,8 @@ class PtyBridge final : public LineEnd {
 
 // Drives a set of bridges on the real clock from one thread, so that instruments sharing one
 // bench never run at the same time. It sleeps in poll() until a byte comes from the program,
-// the next character is due, or it is told to stop. A speed factor above 1 makes the
-// instruments' time run faster than the real clock: every delay is divided by it.
+// the next character is due (a timer, to the microsecond), or it is told to stop. A speed factor
+// above 1 makes the instruments' time run faster than the real clock: every delay is divided by it.
 class PtyServer {
  public:
   explicit PtyServer(Clock& realClock, double speed = 1.0);
@@ -95,7 +95,9 @@ class PtyServer {
   double nowS();
 
  private:
-  int pollTimeoutMs();
+  // Sets the timer for the next character due and returns poll()'s timeout: 0 when one is due
+  // now, -1 when the timer (or nothing) is to wake the server, milliseconds without a timer.
+  int armForNextDue();
 
   Clock& clock_;
   double speed_;
@@ -107,6 +109,7 @@ class PtyServer {
   };
   std::vector<Watch> watches_;
   int stopPipe_[2] = {-1, -1};
+  int timer_ = -1;  // wakes the server when the next character is due
 };
 
 }  // namespace zorvel::sim
