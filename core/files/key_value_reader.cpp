@@ -1,8 +1,8 @@
 #include "core/files/key_value_reader.h"
 
-#include <fstream>
-#include <sstream>
+#include <utility>
 
+#include "core/files/file_output.h"
 #include "core/text/number_format.h"
 
 namespace zorvel {
@@ -19,11 +19,9 @@ std::string_view ValueAfterEquals(std::string_view text) {
 }
 
 bool KeyValueReader::open(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return false;
-  std::ostringstream text;
-  text << in.rdbuf();
-  openText(text.str());
+  std::string text;
+  if (!ReadWholeFile(path, text)) return false;
+  openText(std::move(text));
   return true;
 }
 
