@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QMessageBox>
+#include <QScopeGuard>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -27,6 +28,7 @@
 #include "ui/platform/pdf_painting.h"
 #include "ui/platform/qt_operator.h"
 #include "ui/platform/qt_printer.h"
+#include "ui/start_up_preload.h"
 #include "ui/windows/alert_window.h"
 #include "ui/windows/main_window.h"
 
@@ -84,7 +86,11 @@ int RunDesktopProgram(int argc, char** argv) {
   int exitStatus = 0;
   const auto options = ParseDesktopOptions(ArgumentList(argc, argv), &exitStatus);
   if (!options) return exitStatus;
+  StartUpPreload preload;
   QApplication app(argc, argv);
+  preload.applicationMade();
+  // Its thread uses the application object: it ends before that goes, however start-up ends.
+  const auto preloadEnded = qScopeGuard([&preload] { preload.wait(); });
 
   QtOperator op;
   if (const auto failed = enterStartDirectory(*options, op)) return *failed;
@@ -105,6 +111,7 @@ int RunDesktopProgram(int argc, char** argv) {
   DBusNotifier notifier(QDBusConnection::sessionBus(), [&](const std::string& line) {
     WriteLogEntry(state->LogPath, clock, line);
   });
+  preload.wait();
   MainWindow window(*state, op, clock, printer);
   op.setParent(&window);
   window.setNotifier(&notifier);
