@@ -1,9 +1,10 @@
 // Start-up of the desktop program against a bare Qt Widgets window with one label, as a user
 // starts them and as the X server sees them: each start is a fresh process of the executable
-// (zorvel, or bench_startup_bare_window, which links Qt Widgets alone), timed from its spawning
-// to two marks reported by the server to a watching client: its first window mapped, and that
-// window first painted into. Nothing is preloaded into or changed in the programs. Needs an X
-// server in DISPLAY (Xvfb will do) with no other client making windows meanwhile.
+// (zorvel, or bench_startup_bare_window, which links Qt Widgets alone and reads the font
+// configuration on a second thread as zorvel does), timed from its spawning to two marks
+// reported by the server to a watching client: its first window mapped, and that window first
+// painted into. Nothing is preloaded into or changed in the programs. Needs an X server in
+// DISPLAY (Xvfb will do) with no other client making windows meanwhile.
 #include <benchmark/benchmark.h>
 #include <signal.h>
 
