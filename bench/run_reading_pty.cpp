@@ -8,7 +8,6 @@
 #include <spawn.h>
 #include <sys/wait.h>
 
-#include <QCoreApplication>
 #include <chrono>
 #include <filesystem>
 #include <string>
@@ -16,6 +15,7 @@
 #include <vector>
 
 #include "bench/counting_peer.h"
+#include "bench/qt_core_main.h"
 #include "bench/quiet_run.h"
 #include "core/app/port_map.h"
 #include "core/app/preferences_file.h"
@@ -130,10 +130,4 @@ BENCHMARK(BM_RunReadingThroughZorvelSim)->Iterations(1)->Unit(benchmark::kSecond
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  QCoreApplication app(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
-}
+ZORVEL_BENCHMARK_MAIN_WITH_QT_CORE()

@@ -15,7 +15,6 @@
 // (about 7 ms at 9600 baud) beyond this bound after every dilutor command.
 #include <benchmark/benchmark.h>
 
-#include <QCoreApplication>
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
@@ -24,16 +23,10 @@
 #include <utility>
 #include <vector>
 
-#include "bench/quiet_run.h"
+#include "bench/qt_core_main.h"
+#include "bench/tray_rig.h"
 #include "core/autosampler/step_counts.h"
-#include "core/instruments/arm.h"
-#include "core/instruments/pump.h"
-#include "core/platform/page_printer.h"
 #include "core/platform/real_clock.h"
-#include "core/platform/scripted_operator.h"
-#include "core/quality/filing_check.h"
-#include "core/run/run_controller.h"
-#include "core/run/tray_run.h"
 #include "sim/arm_sim.h"
 #include "sim/fluorimeter_sim.h"
 #include "sim/pty_bridge.h"
@@ -44,7 +37,6 @@
 namespace {
 
 using namespace zorvel;
-using bench::QuietView;
 
 constexpr int kTubes = 3;
 constexpr double kCharacterS = 1.0 / 960.0;  // 9600 baud, ten bits a character
@@ -291,14 +283,8 @@ void BM_TrayTubeThroughPseudoTerminals(benchmark::State& state) {
   ui::QtSerialLine line(clock, "COM1", served.flBridge.devicePath());
   ui::QtSerialLine armLine(clock, "COM3", served.armBridge.devicePath());
   ui::QtSerialLine pumpLine(clock, "COM2", served.pumpBridge.devicePath());
-  ScriptedOperator op;
-  PagePrinter printer;
-  FilingCheck checks(app, clock, op);
-  QuietView view;
-  Arm arm(armLine, clock, op, app.Links, app.Tray);
-  Pump pump(pumpLine, clock, op, app.Links, app.Method.Autosampler);
-  RunController run(RunServices{app, op, clock, printer, line, checks}, RunSetup{}, view);
-  run.attachAutosampler(arm, pump, TrayHooks{});
+  bench::TrayRig rig(app, clock, line, armLine, pumpLine);
+  RunController& run = rig.run;
   run.Form_Load();
   run.press(RunButton::InitRead);  // set-up
   double fromS = 0;
@@ -312,17 +298,11 @@ void BM_TrayTubeThroughPseudoTerminals(benchmark::State& state) {
   Report(state, {&served.arm.work, &served.pump.work, &served.fluorimeter.work, &sleeps},
          {"arm", "dilutor", "fluorimeter", "wait"},
          {&served.arm.work, &served.pump.answered, &served.fluorimeter.work, &sleeps}, fromS, toS);
-  state.counters["messages"] = static_cast<double>(op.messages().size());
+  state.counters["messages"] = static_cast<double>(rig.op.messages().size());
   std::filesystem::remove_all(folder);
 }
 BENCHMARK(BM_TrayTubeThroughPseudoTerminals)->Iterations(1)->Unit(benchmark::kSecond);
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  QCoreApplication app(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
-}
+ZORVEL_BENCHMARK_MAIN_WITH_QT_CORE()

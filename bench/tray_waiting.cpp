@@ -9,16 +9,9 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "bench/quiet_run.h"
+#include "bench/tray_rig.h"
 #include "core/autosampler/step_counts.h"
-#include "core/instruments/arm.h"
-#include "core/instruments/pump.h"
-#include "core/platform/page_printer.h"
 #include "core/platform/real_clock.h"
-#include "core/platform/scripted_operator.h"
-#include "core/quality/filing_check.h"
-#include "core/run/run_controller.h"
-#include "core/run/tray_run.h"
 #include "sim/arm_sim.h"
 #include "sim/fluorimeter_sim.h"
 #include "sim/pump_sim.h"
@@ -29,7 +22,6 @@ namespace {
 
 using namespace zorvel;
 using bench::ProcessorS;
-using bench::QuietView;
 
 void TrayMethod(AppState& app) {
   MethodSettings& m = app.Method;
@@ -68,14 +60,8 @@ void BM_TrayRunWaitsOnThePumpAndTheArm(benchmark::State& state) {
   sim::SimulatedLine line(clock, instrument, "COM1 (sim)");
   sim::SimulatedLine armLine(clock, armModel, "COM3 (sim)");
   sim::SimulatedLine pumpLine(clock, pumpModel, "COM2 (sim)");
-  ScriptedOperator op;
-  PagePrinter printer;
-  FilingCheck checks(app, clock, op);
-  QuietView view;
-  Arm arm(armLine, clock, op, app.Links, app.Tray);
-  Pump pump(pumpLine, clock, op, app.Links, app.Method.Autosampler);
-  RunController run(RunServices{app, op, clock, printer, line, checks}, RunSetup{}, view);
-  run.attachAutosampler(arm, pump, TrayHooks{});
+  bench::TrayRig rig(app, clock, line, armLine, pumpLine);
+  RunController& run = rig.run;
   run.Form_Load();                 // the dilutor's initialisation
   run.press(RunButton::InitRead);  // set-up
   double wallS = 0;
