@@ -102,27 +102,46 @@ class SleepRecordingClock final : public Clock {
   double offsetS_;
 };
 
-// The arm: from a command's first character to the end of its reply, the motion between.
-class ArmWork final : public sim::LinePeer, public sim::LineEnd {
+// Stands between a simulated instrument and its line and sees what passes each way; `work`
+// holds the spans a subclass finds in it.
+class WorkRecorder : public sim::LinePeer, public sim::LineEnd {
  public:
-  explicit ArmWork(sim::ArmSim& arm) : arm_(arm) {}
-  void onReceive(std::string_view bytes, double arrivedS, sim::LineEnd& reply) override {
-    if (!commandStartS_)
-      commandStartS_ = arrivedS - static_cast<double>(bytes.size()) * kCharacterS;
+  explicit WorkRecorder(sim::LinePeer& inner) : inner_(inner) {}
+  void onReceive(std::string_view bytes, double arrivedS, sim::LineEnd& reply) final {
+    received(bytes, arrivedS);
     end_ = &reply;
-    arm_.onReceive(bytes, arrivedS, *this);
+    inner_.onReceive(bytes, arrivedS, *this);
   }
-  void transmit(std::string_view bytes, double startS) override {
-    if (commandStartS_)
-      work.add(*commandStartS_, startS + static_cast<double>(bytes.size()) * kCharacterS);
-    commandStartS_.reset();
+  void transmit(std::string_view bytes, double startS) final {
+    sent(bytes, startS);
     end_->transmit(bytes, startS);
   }
   Timeline work;
 
+ protected:
+  virtual void received(std::string_view bytes, double arrivedS) = 0;
+  virtual void sent(std::string_view bytes, double startS) = 0;
+
  private:
-  sim::ArmSim& arm_;
+  sim::LinePeer& inner_;
   sim::LineEnd* end_ = nullptr;
+};
+
+// The arm: from a command's first character to the end of its reply, the motion between.
+class ArmWork final : public WorkRecorder {
+ public:
+  using WorkRecorder::WorkRecorder;
+
+ private:
+  void received(std::string_view bytes, double arrivedS) override {
+    if (!commandStartS_)
+      commandStartS_ = arrivedS - static_cast<double>(bytes.size()) * kCharacterS;
+  }
+  void sent(std::string_view bytes, double startS) override {
+    if (commandStartS_)
+      work.add(*commandStartS_, startS + static_cast<double>(bytes.size()) * kCharacterS);
+    commandStartS_.reset();
+  }
   std::optional<double> commandStartS_;
 };
 
@@ -170,25 +189,19 @@ class PumpWork final : public sim::LinePeer {
 
 // The fluorimeter: every command's characters, and from a command's last character to the end
 // of each reply to it: the handling, settings and read time the model gives it, and the reply.
-class FluorimeterWork final : public sim::LinePeer, public sim::LineEnd {
+class FluorimeterWork final : public WorkRecorder {
  public:
-  explicit FluorimeterWork(sim::LinePeer& inner) : inner_(inner) {}
-  void onReceive(std::string_view bytes, double arrivedS, sim::LineEnd& reply) override {
-    work.add(arrivedS - static_cast<double>(bytes.size()) * kCharacterS, arrivedS);
-    if (bytes.find('\r') != std::string_view::npos) commandEndS_ = arrivedS;
-    end_ = &reply;
-    inner_.onReceive(bytes, arrivedS, *this);
-  }
-  void transmit(std::string_view bytes, double startS) override {
-    work.add(commandEndS_.value_or(startS),
-             startS + static_cast<double>(bytes.size()) * kCharacterS);
-    end_->transmit(bytes, startS);
-  }
-  Timeline work;
+  using WorkRecorder::WorkRecorder;
 
  private:
-  sim::LinePeer& inner_;
-  sim::LineEnd* end_ = nullptr;
+  void received(std::string_view bytes, double arrivedS) override {
+    work.add(arrivedS - static_cast<double>(bytes.size()) * kCharacterS, arrivedS);
+    if (bytes.find('\r') != std::string_view::npos) commandEndS_ = arrivedS;
+  }
+  void sent(std::string_view bytes, double startS) override {
+    work.add(commandEndS_.value_or(startS),
+             startS + static_cast<double>(bytes.size()) * kCharacterS);
+  }
   std::optional<double> commandEndS_;
 };
 
