@@ -30,6 +30,7 @@
 #include "ui/platform/qt_printer.h"
 #include "ui/start_up_preload.h"
 #include "ui/windows/alert_window.h"
+#include "ui/windows/banded_frame_style.h"
 #include "ui/windows/main_window.h"
 
 namespace zorvel::ui {
@@ -91,6 +92,7 @@ int RunDesktopProgram(int argc, char** argv) {
   preload.applicationMade();
   // Its thread uses the application object: it ends before that goes, however start-up ends.
   const auto preloadEnded = qScopeGuard([&preload] { preload.wait(); });
+  UseBandedFrames();
 
   QtOperator op;
   if (const auto failed = enterStartDirectory(*options, op)) return *failed;
