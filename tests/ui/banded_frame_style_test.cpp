@@ -12,16 +12,18 @@
 namespace zorvel::ui {
 namespace {
 
-QImage Drawn(QGroupBox& box, QStyle* style) {
+QImage Drawn(QGroupBox& box, QStyle* style, int pixelRatio) {
   box.setStyle(style);
-  QImage image(box.size(), QImage::Format_ARGB32_Premultiplied);
+  QImage image(box.size() * pixelRatio, QImage::Format_ARGB32_Premultiplied);
+  image.setDevicePixelRatio(pixelRatio);
   image.fill(Qt::white);
   box.render(&image);
   return image;
 }
 
-// Boxes taller than a band, with and without a title and a tick, odd heights included: every
-// row of the frame is drawn once and as the style itself draws it.
+// Boxes taller than a band, with and without a title and a tick, odd heights included, on an
+// ordinary and a high-density screen: every row of the frame is drawn once and as the style
+// itself draws it.
 TEST(BandedFrameStyle, DrawsGroupBoxesExactlyAsTheStyleItWraps) {
   testing::qtApp();
   std::unique_ptr<QStyle> plain(QStyleFactory::create("Fusion"));
@@ -32,7 +34,10 @@ TEST(BandedFrameStyle, DrawsGroupBoxesExactlyAsTheStyleItWraps) {
     QGroupBox box(title);
     box.setCheckable(checkable);
     box.resize(width, height);
-    EXPECT_EQ(Drawn(box, plain.get()), Drawn(box, &banded)) << title << " " << height;
+    for (const int ratio : {1, 2}) {
+      EXPECT_EQ(Drawn(box, plain.get(), ratio), Drawn(box, &banded, ratio))
+          << title << " " << height << " x" << ratio;
+    }
   }
 }
 
