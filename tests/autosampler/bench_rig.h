@@ -12,6 +12,7 @@
 #include "sim/arm_sim.h"
 #include "sim/pump_sim.h"
 #include "sim/simulated_line.h"
+#include "support/six_tube_tray.h"
 
 namespace zorvel::testing {
 
@@ -60,13 +61,7 @@ class Transcript {
 // at X 245, Y 20 and tubes every 18 mm from X 20 along Y 20.
 struct BenchRig {
   BenchRig() {
-    tray.positions[0] = TrayPosition{245, 20, 0};
-    for (int k = 1; k <= 6; ++k) {
-      tray.positions[static_cast<std::size_t>(k)] =
-          TrayPosition{20.0f + 18.0f * static_cast<float>(k - 1), 20, static_cast<std::int16_t>(k)};
-    }
-    tray.positionCount = 7;
-    tray.TubeCount = 6;
+    tray = testing::SixTubeTray();
     SetAutosamplerDefaults(settings, tray.TubeCount);
     settings.StartingTube = 3;
     settings.StandardTube = 1;

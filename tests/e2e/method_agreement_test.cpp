@@ -143,13 +143,7 @@ Outcome Finish(QProcess& p) {
 TEST(MethodAgreement, TheCheckAndTheRunAgreeOnEveryMethod) {
   e2e::ensureApplication();
   const std::string dir = e2e::makeWorkspace("e2e-agree");
-  const std::string tray = dir + "METHODS/TRAY96.TGF";
-  testing::writeFile(tray, DemoTrayGeometryText());
-  Preferences prefs;
-  prefs.BaseDirectoryPath = dir;
-  prefs.AutoSampler = true;
-  prefs.TrayGeometryFile = tray;
-  ASSERT_TRUE(WritePreferencesFile(dir + "ZORVEL.PRF", prefs));
+  e2e::WriteTrayPreferences(dir);
   testing::writeFile(dir + "answers.txt", "no\nquit\n");
   const std::vector<Case> cases = Cases();
   std::vector<std::string> paths;

@@ -66,10 +66,9 @@ inline std::vector<std::string> matchingLines(const std::string& path, const std
   return lines;
 }
 
-// A workspace for a tray run: the demo tray file as METHODS/TRAY.TGF, preferences naming it
-// with the autosampler on, and METHODS/TRAY.MTH as `method` makes it for that tray file.
-template <typename MakeMethod>
-void WriteTrayWorkspace(const std::string& dir, MakeMethod method) {
+// The demo tray file as METHODS/TRAY.TGF and preferences naming it with the autosampler on;
+// the tray file's path.
+inline std::string WriteTrayPreferences(const std::string& dir) {
   const std::string tray = dir + "METHODS/TRAY.TGF";
   testing::writeFile(tray, DemoTrayGeometryText());
   Preferences prefs;
@@ -77,6 +76,14 @@ void WriteTrayWorkspace(const std::string& dir, MakeMethod method) {
   prefs.AutoSampler = true;
   prefs.TrayGeometryFile = tray;
   EXPECT_TRUE(WritePreferencesFile(dir + "ZORVEL.PRF", prefs));
+  return tray;
+}
+
+// A workspace for a tray run: the tray preferences above and METHODS/TRAY.MTH as `method` makes
+// it for that tray file.
+template <typename MakeMethod>
+void WriteTrayWorkspace(const std::string& dir, MakeMethod method) {
+  const std::string tray = WriteTrayPreferences(dir);
   EXPECT_TRUE(WriteMethodFile(method(tray), dir + "METHODS/TRAY.MTH"));
 }
 

@@ -10,8 +10,9 @@
 
 namespace zorvel::testing {
 
-inline void UseSixTubeTray(AppState& state) {
-  TrayGeometry& tray = state.Tray;
+// The rinse station at X 245, Y 20 and tubes 1 to 6 every 18 mm from X 20 along Y 20.
+inline TrayGeometry SixTubeTray() {
+  TrayGeometry tray;
   tray.positions[0] = TrayPosition{245, 20, 0};
   for (int k = 1; k <= 6; ++k) {
     tray.positions[static_cast<std::size_t>(k)] =
@@ -19,6 +20,11 @@ inline void UseSixTubeTray(AppState& state) {
   }
   tray.positionCount = 7;
   tray.TubeCount = 6;
+  return tray;
+}
+
+inline void UseSixTubeTray(AppState& state) {
+  state.Tray = SixTubeTray();
   SetAutosamplerDefaults(state.Method.Autosampler, 6);
   state.Method.Autosampler.StartingTube = 3;
   state.Method.Autosampler.EndingTube = 5;
