@@ -57,6 +57,11 @@ LinkFailure ArmPumpLine::send(std::string_view bytes) {
   return LinkFailure::None;
 }
 
+std::string ArmPumpLine::readWaiting() {
+  SerialLine& line = line_.line();
+  return line.read(line.charactersWaiting());
+}
+
 std::string ArmPumpLine::readBurst(double quietGapS,
                                    const std::function<bool(std::string_view)>& whole) {
   SerialLine& line = line_.line();

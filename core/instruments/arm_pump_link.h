@@ -30,6 +30,10 @@ class ArmPumpLine {
   bool isOpen() const { return line_.line().isOpen(); }
 
   void discardInput() { line_.line().discardInput(); }
+  // What is waiting now, read without waiting for more.
+  std::string readWaiting();
+  // Waits until a character is waiting or the deadline passes; false at the deadline.
+  bool waitForCharacter(double deadlineS) { return line_.line().waitForCharacters(1, deadlineS); }
   // Sends bytes on an open line; a refused write means the line is gone.
   LinkFailure send(std::string_view bytes);
   // Blocks until at least one character is waiting. After the patient line's bound of silence

@@ -1,7 +1,7 @@
 #include "core/instruments/pump.h"
 
-#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "core/instruments/pump_protocol.h"
 #include "core/instruments/pump_wait.h"
@@ -33,7 +33,7 @@ Pump::Pump(SerialLine& line, Clock& clock, Operator& person, const LinkState& li
       settings_(settings) {}
 
 LinkFailure Pump::InitialisePump() {
-  if (const auto opened = link_.ensureOpen(); opened != LinkFailure::None) return opened;
+  if (const auto opened = openLine(); opened != LinkFailure::None) return opened;
   if (const auto pump = SendPumpCommand(kPumpAddress, "ZR"); pump != LinkFailure::None) {
     return pump;
   }
@@ -42,17 +42,31 @@ LinkFailure Pump::InitialisePump() {
 
 void Pump::ClosePumpPort() {
   link_.close();
+  replies_.writeOff();
+}
+
+LinkFailure Pump::openLine() {
+  if (link_.isOpen()) return LinkFailure::None;
+  replies_.writeOff();
+  return link_.ensureOpen();
+}
+
+LinkFailure Pump::sendFrame(const std::string& frame) {
+  const LinkFailure sent = link_.send(frame);
+  if (sent == LinkFailure::None) replies_.frameSent(clock_.monotonicS());
+  return sent;
 }
 
 LinkFailure Pump::SendPumpCommand(std::int16_t address, std::string_view command) {
   BusyCursor busy(operator_);
   for (;;) {
-    if (const auto opened = link_.ensureOpen(); opened != LinkFailure::None) return opened;
-    link_.discardInput();
-    if (const auto sent = link_.send(PumpFrame(address, command)); sent != LinkFailure::None) {
+    if (const auto opened = openLine(); opened != LinkFailure::None) return opened;
+    replies_.passOver(link_.readWaiting());
+    replies_.beginCommand(clock_.monotonicS());
+    if (const auto sent = sendFrame(PumpFrame(address, command)); sent != LinkFailure::None) {
       return sent;
     }
-    link_.discardInput();
+    replies_.passOver(link_.readWaiting());
     const LinkFailure done = pollUntilReady(address);
     if (done != LinkFailure::DeviceFault) return done;
     // A device in error stays so until it is given a command: Retry sends this one again.
@@ -66,31 +80,44 @@ LinkFailure Pump::SendPumpCommand(std::int16_t address, std::string_view command
 
 LinkFailure Pump::pollUntilReady(std::int16_t address) {
   const std::string query = PumpQueryFrame(address);
-  // The replies still to come: the command's own, then one for each query. A burst ends as
-  // soon as they are all in, so a reply that comes late is read as its own question's and never
-  // taken for the answer to a later one (a "ready" left over would let the next command go to a
-  // device still moving).
-  int owed = 1;
-  const auto ask = [&] {
-    ++owed;
-    return link_.send(query);
-  };
-  const auto allIn = [&owed](std::string_view text) { return PumpWholeReplies(text) >= owed; };
+  const auto ask = [&] { return sendFrame(query); };
+  if (const auto sent = ask(); sent != LinkFailure::None) return sent;
   double sinceS = clock_.monotonicS();
+  std::string lastReply;
   for (;;) {
-    if (const auto sent = ask(); sent != LinkFailure::None) return sent;
-    // On Retry the device is asked again: a query it never heard would wait for ever.
-    const auto heard = link_.awaitCharacter(ask);
-    if (heard != LinkFailure::None) return heard;
-    const std::string reply = link_.readBurst(kReplyGapS, allIn);
-    owed = std::max(0, owed - PumpWholeReplies(reply));
-    lastError_ = PumpReplyError(reply);
-    if (lastError_ != 0) return LinkFailure::DeviceFault;
-    if (PumpReplyShowsReady(reply)) return LinkFailure::None;
+    if (const auto heard = awaitAnswer(ask); heard != LinkFailure::None) return heard;
+    for (const std::string& reply : readAnswers()) {
+      lastReply = reply;
+      lastError_ = PumpReplyError(reply);
+      if (lastError_ != 0) return LinkFailure::DeviceFault;
+      if (PumpReplyShowsReady(reply)) return LinkFailure::None;
+      // Every answer without the ready byte sends the next question at once. The command's own
+      // answer comes while the first question is still going out, so two are always on their
+      // way and the device is asked as often as the line can carry it.
+      if (const auto sent = ask(); sent != LinkFailure::None) return sent;
+    }
     if (clock_.monotonicS() - sinceS < kLongestCommandS) continue;
-    if (!link_.busyTooLongRetries(kLongestCommandS, reply)) return LinkFailure::Abandoned;
+    if (!link_.busyTooLongRetries(kLongestCommandS, lastReply)) return LinkFailure::Abandoned;
     sinceS = clock_.monotonicS();
   }
+}
+
+LinkFailure Pump::awaitAnswer(const std::function<LinkFailure()>& ask) {
+  // The answers due have all come by now or never will (a device that dropped a question, or the
+  // answer to one before the command passed over, which asks nothing further): the device is
+  // asked again rather than waited on.
+  if (!link_.waitForCharacter(replies_.allDueByS())) {
+    replies_.writeOff();
+    if (const auto sent = ask(); sent != LinkFailure::None) return sent;
+  }
+  // On Retry the device is asked again: a question it never heard would wait for ever.
+  return link_.awaitCharacter(ask);
+}
+
+std::vector<std::string> Pump::readAnswers() {
+  const std::string text = link_.readBurst(
+      kReplyGapS, [this](std::string_view read) { return replies_.endsWhole(read); });
+  return replies_.take(text, !replies_.endsWhole(text));
 }
 
 LinkFailure Pump::SelectValvePort(std::int16_t port) {

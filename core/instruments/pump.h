@@ -1,10 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/instruments/arm_pump_link.h"
 #include "core/instruments/instrument_error.h"
+#include "core/instruments/pump_reply_ledger.h"
 #include "core/platform/clock.h"
 #include "core/platform/operator.h"
 #include "core/platform/serial_line.h"
@@ -51,13 +55,19 @@ class Pump {
   static constexpr double kLongestCommandS = 660.0;
 
  private:
+  LinkFailure openLine();
+  LinkFailure sendFrame(const std::string& frame);
   LinkFailure pollUntilReady(std::int16_t address);
+  LinkFailure awaitAnswer(const std::function<LinkFailure()>& ask);
+  // The answers that have come, whole, that speak for the present command.
+  std::vector<std::string> readAnswers();
 
   ArmPumpLine link_;
   Clock& clock_;
   Operator& operator_;
   const LinkState& links_;
   const AutosamplerSettings& settings_;
+  PumpReplyLedger replies_;
   int lastError_ = 0;  // the error code of the last status read
 };
 

@@ -43,12 +43,16 @@ bool PumpReplyShowsReady(std::string_view reply) {
   return reply.find(static_cast<char>(kPumpReadyByte)) != std::string_view::npos;
 }
 
-int PumpWholeReplies(std::string_view text) {
-  int whole = 0;
+PumpReplyText PumpSplitReplies(std::string_view text) {
+  PumpReplyText split;
+  std::size_t from = 0;
   for (std::size_t at = text.find(kEtx); at != std::string_view::npos && at + 1 < text.size();
-       at = text.find(kEtx, at + 2))
-    ++whole;
-  return whole;
+       at = text.find(kEtx, from)) {
+    split.replies.emplace_back(text.substr(from, at + 2 - from));
+    from = at + 2;
+  }
+  split.rest = std::string(text.substr(from));
+  return split;
 }
 
 int PumpReplyError(std::string_view reply) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zorvel {
 
@@ -25,8 +26,13 @@ std::string PumpFrame(std::int16_t address, std::string_view command);
 std::string PumpQueryFrame(std::int16_t address);
 // True when any byte of a reply is the ready byte.
 bool PumpReplyShowsReady(std::string_view reply);
-// How many whole replies the text holds: each ends with ETX and the checksum after it.
-int PumpWholeReplies(std::string_view text);
+// The text cut into whole replies, each ending with ETX and the checksum after it, and what
+// follows the last of them (a reply still arriving).
+struct PumpReplyText {
+  std::vector<std::string> replies;
+  std::string rest;
+};
+PumpReplyText PumpSplitReplies(std::string_view text);
 // The error a reply's status byte reports, 0 for none. The status byte follows STX and the
 // answering address "0"; it carries 64 always, 32 when the device is ready, and an error code in
 // its low four bits (96 is ready without error, 0x67 ready after error 7).

@@ -30,8 +30,9 @@
 namespace zorvel::testing {
 
 // Keeps the conversation on a line as text: "arm > SET DOWN=35<CR>", "pump < <xFF><STX>0`...".
-// A status query and its answer that repeat unchanged are kept once with the count of
-// repetitions, so a transcript shows every distinct exchange without the length of each wait.
+// A status query and its answer that repeat unchanged, with nothing from the other line between,
+// are kept once with the count of repetitions, so a transcript shows every distinct exchange in
+// the order the lines carried them without the length of each wait.
 class TranscriptPeer final : public sim::LinePeer, public sim::LineEnd {
  public:
   TranscriptPeer(std::string name, sim::LinePeer& inner, std::string& transcript)
@@ -57,28 +58,24 @@ class TranscriptPeer final : public sim::LinePeer, public sim::LineEnd {
     }
     const std::string pair = pendingSent_ + "\n" + line + "\n";
     pendingSent_.clear();
-    if (pair == lastPair_) {
-      ++repeats_;
-      return;
+    if (pair == lastPair_ && transcript_.size() == endOfMine_) {
+      transcript_.resize(countAt_);
+      transcript_ += "  (" + std::to_string(++repeats_) + " more)\n";
+    } else {
+      transcript_ += pair;
+      lastPair_ = pair;
+      countAt_ = transcript_.size();
+      repeats_ = 0;
     }
-    flush();
-    transcript_ += pair;
-    lastPair_ = pair;
+    endOfMine_ = transcript_.size();
   }
 
- public:
-  // Writes the count of the last repeated exchange.
-  void flush() {
-    if (repeats_ > 0) transcript_ += "  (" + std::to_string(repeats_) + " more)\n";
-    repeats_ = 0;
-  }
-
- private:
   std::string name_;
   sim::LinePeer& inner_;
   std::string& transcript_;
   sim::LineEnd* real_ = nullptr;
   std::string pendingSent_, lastPair_;
+  std::size_t countAt_ = 0, endOfMine_ = 0;
   int repeats_ = 0;
 };
 
@@ -168,11 +165,7 @@ struct TrayFixture {
 
   std::string file(const std::string& path) const { return readFile(path); }
   // The arm's and dilutor's conversation so far.
-  std::string conversation() {
-    armPeer.flush();
-    pumpPeer.flush();
-    return transcript;
-  }
+  const std::string& conversation() const { return transcript; }
 
   AppState state;
   VirtualClock clock;
