@@ -10,9 +10,10 @@
 // kept as an interval on one timeline and the bound is the length of their union, so work that
 // runs side by side is counted once ("side_by_side" says how much there was; a run that waits
 // each step out has none). The time outside the bound is charged to the instrument whose work
-// ended last before it ("extra_after_..."). The dilutor says it is done only when asked, one
-// query at a time at the line's pace, so finding out costs a run on average half a query cycle
-// (about 7 ms at 9600 baud) beyond this bound after every dilutor command.
+// ended last before it ("extra_after_..."). The dilutor says it is done only when asked, and
+// the questions follow each other as fast as the line carries them (one each 7.3 ms at 9600
+// baud), so finding out costs a run on average about half that beyond this bound after every
+// dilutor command ("dilutor_found_late").
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
