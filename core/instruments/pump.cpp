@@ -115,9 +115,7 @@ LinkFailure Pump::awaitAnswer(const std::function<LinkFailure()>& ask) {
 }
 
 std::vector<std::string> Pump::readAnswers() {
-  const std::string text = link_.readBurst(
-      kReplyGapS, [this](std::string_view read) { return replies_.endsWhole(read); });
-  return replies_.take(text, !replies_.endsWhole(text));
+  return replies_.take(link_.readBurst(kReplyGapS, &PumpReplyLedger::endsWhole));
 }
 
 LinkFailure Pump::SelectValvePort(std::int16_t port) {

@@ -19,16 +19,11 @@ void PumpReplyLedger::beginCommand(double nowS) {
 void PumpReplyLedger::writeOff() {
   due_ = 0;
   earlier_ = 0;
-  held_.clear();
 }
 
-std::vector<std::string> PumpReplyLedger::take(std::string_view text, bool quiet) {
-  PumpReplyText split = PumpSplitReplies(held_ + std::string(text));
-  held_ = std::move(split.rest);
-  if (quiet && !held_.empty()) {
-    split.replies.push_back(std::move(held_));
-    held_.clear();
-  }
+std::vector<std::string> PumpReplyLedger::take(std::string_view burst) {
+  PumpReplyText split = PumpSplitReplies(burst);
+  if (!split.rest.empty()) split.replies.push_back(std::move(split.rest));
   std::vector<std::string> current;
   for (std::string& reply : split.replies) {
     due_ = std::max(0, due_ - 1);
@@ -41,14 +36,15 @@ std::vector<std::string> PumpReplyLedger::take(std::string_view text, bool quiet
   return current;
 }
 
-bool PumpReplyLedger::endsWhole(std::string_view text) const {
-  const PumpReplyText split = PumpSplitReplies(held_ + std::string(text));
+bool PumpReplyLedger::endsWhole(std::string_view text) {
+  const PumpReplyText split = PumpSplitReplies(text);
   return !split.replies.empty() && split.rest.empty();
 }
 
 void PumpReplyLedger::passOver(std::string_view text) {
-  take(text, false);
-  held_.clear();
+  const auto whole = static_cast<int>(PumpSplitReplies(text).replies.size());
+  due_ = std::max(0, due_ - whole);
+  earlier_ = std::max(0, earlier_ - whole);
 }
 
 }  // namespace zorvel

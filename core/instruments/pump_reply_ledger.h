@@ -9,7 +9,7 @@ namespace zorvel {
 
 // The dilutor's devices answer every frame, in the order the frames reached them: the ledger
 // counts the answers still due on the line, so that one which arrives after the command that
-// asked for it has been found ready is never read as news about the next command. Queries are
+// asked for it has been found ready is never read as news about the next command. Questions are
 // sent while earlier answers are still on their way, so at the end of a command the answer to
 // the last one is still due; the next command passes over it instead of waiting for it.
 class PumpReplyLedger {
@@ -29,22 +29,21 @@ class PumpReplyLedger {
   // When every answer due should have arrived.
   double allDueByS() const { return lastFrameS_ + kAnswerWithinS; }
 
-  // Cuts the text (after any piece of a reply held from before) into whole answers and settles
-  // one due answer for each; returns those that answer the present command's frames, in order.
-  // A piece of an answer is held for the next text; once the line has fallen `quiet` it is taken
-  // as an answer of its own, from a device that frames none.
-  std::vector<std::string> take(std::string_view text, bool quiet);
-  // True when the held piece and the text end exactly where an answer ends.
-  bool endsWhole(std::string_view text) const;
-  // What arrived without being asked for now (the input discarded before and after a command)
-  // settles what it answers and is dropped, a piece of an answer with it.
+  // Cuts a burst of input into whole answers and settles one due answer for each; returns those
+  // that answer the present command's frames, in order. A burst ends where an answer ends or
+  // where the line fell quiet: a piece left at its end is an answer of its own, from a device
+  // that frames none.
+  std::vector<std::string> take(std::string_view burst);
+  // True when the text ends exactly where an answer ends.
+  static bool endsWhole(std::string_view text);
+  // The input discarded before and after a command settles the answers it holds; a piece of an
+  // answer goes with it, and the rest of that answer, when it comes, settles it.
   void passOver(std::string_view text);
 
  private:
   int due_ = 0;      // answers still to come, for all frames sent
   int earlier_ = 0;  // of those, answers to frames sent before the present command
   double lastFrameS_ = -std::numeric_limits<double>::infinity();
-  std::string held_;
 };
 
 }  // namespace zorvel
