@@ -64,13 +64,12 @@ std::string ArmPumpLine::readWaiting() {
 
 std::string ArmPumpLine::readBurst(double quietGapS,
                                    const std::function<bool(std::string_view)>& whole) {
-  SerialLine& line = line_.line();
-  std::string text = line.read(line.charactersWaiting());
+  std::string text = readWaiting();
   if (text.empty()) return text;
   // A device that never stops talking still ends the burst, at a size no reply comes near.
   while (text.size() < kLongestBurst && !(whole && whole(text)) &&
-         line.waitForCharacters(1, clock_.monotonicS() + quietGapS)) {
-    text += line.read(line.charactersWaiting());
+         waitForCharacter(clock_.monotonicS() + quietGapS)) {
+    text += readWaiting();
   }
   return text;
 }
